@@ -1,0 +1,55 @@
+#pragma once
+// A run of values of one netCDF type with its fill value: the buffer that cursors read hyperslabs
+// into, and that CF unpacking (scale_factor, add_offset) rescales in place.
+//
+// Storage per element type: NC_BYTE/NC_UBYTE 1 byte, NC_CHAR `stringWidth` bytes (fixed width, not
+// terminated), NC_SHORT 2, NC_INT/NC_UINT/NC_FLOAT 4, NC_DOUBLE/NC_INT64/NC_UINT64 8, NC_STRING one
+// std::string per slot. Numeric and NC_CHAR buffers are 16-byte aligned raw blocks.
+// Elements equal to the fill value read back as empty values.
+
+#include "values/NcVariant.h"
+
+namespace ZorvoDSG::System {
+
+struct NcVariantArray {
+    NcScalar fillValue;     // empty: no fill value, every element is data
+    int elementType = 0;    // netCDF type code, 0 in a default-constructed array
+    long size = 0;          // valid elements
+    long reserved = 0;      // allocated slots
+    long stringWidth = 1;   // NC_CHAR: bytes per element
+    void* storage = nullptr;  // owned
+
+    NcVariantArray() = default;
+    NcVariantArray(int elementType, const NcVariant& fill, long cReserved, long cStringChars);
+    NcVariantArray(const NcVariantArray& other);
+    NcVariantArray(NcVariantArray&& other);
+    NcVariantArray& operator=(const NcVariantArray& other);
+    NcVariantArray& operator=(NcVariantArray&& other);
+    ~NcVariantArray();
+
+    static NcScalar s_ToScalar(const NcVariant& value);
+
+    // Grows only: a larger count discards the contents (size becomes 0) and allocates afresh.
+    void SetReserved(long cReserved);
+    void SetSize(long cElements);
+    // Re-types the reserved buffer for a read of raw (packed) values; reallocates only when the
+    // reserved bytes do not suffice or when switching between NC_STRING and the other types.
+    void ReInit(long cElements, int newElementType, const NcVariant& fill);
+    // unpacked = packed * scale + offset, in place or expanded to NC_FLOAT / NC_DOUBLE.
+    void Unpack(int unpackedType, const NcVariant& scaleFactor, const NcVariant& addOffset);
+    NcVariant operator[](long index) const;
+    void SetEmpty();
+    bool bEmpty() const { return size == 0; }
+
+    // Typed view of the buffer (the caller knows the element type).
+    template <typename T>
+    T* Data() {
+        return static_cast<T*>(storage);
+    }
+    template <typename T>
+    const T* Data() const {
+        return static_cast<const T*>(storage);
+    }
+};
+
+}  // namespace ZorvoDSG::System
