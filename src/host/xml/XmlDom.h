@@ -1,7 +1,11 @@
 #pragma once
 // A small read-only XML DOM standing in for the host's MSXML documents, built on libxml2.
 // Documents are parsed without network access, DTD loading or external entities, and elements of
-// the NcML namespace are selected exactly like elements without a namespace.
+// the NcML namespace are selected exactly like elements without a namespace. A document whose DOCTYPE
+// declares any entity is refused as a parse error (NcML has no use for entities, and this defeats
+// external-entity reads and expansion bombs alike); an external DTD subset is neither read nor needed.
+// Parsing and selection never write to stderr: errors come back through XmlParseError, and an
+// invalid XPath expression selects nothing.
 
 #include <filesystem>
 #include <memory>
