@@ -1,0 +1,188 @@
+#include "spacetime/UnitSystem.h"
+
+#include <locale.h>
+
+#include <atomic>
+
+#include "spacetime/detail/UDUnits.h"
+#include "values/Exception.h"
+
+namespace ZorvoDSG {
+
+namespace {
+
+std::atomic<ut_system*> s_pUnitSystem{nullptr};  // never freed: units may outlive any owner
+
+// Serialises the loading; s_pUnitSystem being non-null is the "completed" state, so a failed load
+// leaves the next caller free to try again.
+std::mutex s_initMutex;
+
+// Switches the calling thread (only) to the "C" numeric conventions while it lives, so that the
+// database's decimal points parse whatever locale the host runs in.
+class CNumericLocale {
+public:
+    CNumericLocale() {
+        locale_t current = duplocale(uselocale(static_cast<locale_t>(nullptr)));
+        if (current == static_cast<locale_t>(nullptr)) {
+            return;
+        }
+        m_locale = newlocale(LC_NUMERIC_MASK, "C", current);
+        if (m_locale == static_cast<locale_t>(nullptr)) {
+            freelocale(current);
+            return;
+        }
+        m_previous = uselocale(m_locale);
+    }
+    ~CNumericLocale() {
+        if (m_locale != static_cast<locale_t>(nullptr)) {
+            uselocale(m_previous);
+            freelocale(m_locale);
+        }
+    }
+    CNumericLocale(const CNumericLocale&) = delete;
+    CNumericLocale& operator=(const CNumericLocale&) = delete;
+
+    bool bActive() const { return m_locale != static_cast<locale_t>(nullptr); }
+
+private:
+    locale_t m_locale = static_cast<locale_t>(nullptr);
+    locale_t m_previous = static_cast<locale_t>(nullptr);
+};
+
+[[noreturn]] void ThrowInitFailure(const std::filesystem::path& path) {
+    throw Exception(eInternalError, L"udunits initialization failure", path);
+}
+
+}  // namespace
+
+void s_InitUDUnits2(std::filesystem::path path) {
+    if (s_pUnitSystem.load(std::memory_order_acquire) != nullptr) {
+        return;
+    }
+    std::lock_guard initLock(s_initMutex);
+    if (s_pUnitSystem.load(std::memory_order_acquire) != nullptr) {
+        return;
+    }
+    // Short (8.3) path names do not exist here: the path is used as given.
+    const std::string utf8Path = path.string();
+
+    ut_system* system = nullptr;
+    ut_status status = UT_SUCCESS;
+    {
+        std::lock_guard unitLock(SpaceTime::detail::UnitMutex());
+        ut_set_error_message_handler(ut_ignore);
+        CNumericLocale cLocale;
+        if (!cLocale.bActive()) {
+            ThrowInitFailure(path);
+        }
+        system = ut_read_xml(utf8Path.c_str());
+        status = ut_get_status();
+        if (system != nullptr && status != UT_SUCCESS) {
+            ut_free_system(system);
+            system = nullptr;
+        }
+    }
+    if (system == nullptr) {
+        ThrowInitFailure(path);
+    }
+    s_pUnitSystem.store(system, std::memory_order_release);
+}
+
+namespace SpaceTime {
+
+namespace detail {
+
+std::recursive_mutex& UnitMutex() {
+    static std::recursive_mutex mutex;
+    return mutex;
+}
+
+ut_system* UnitSystem() { return s_pUnitSystem.load(std::memory_order_acquire); }
+
+void ConverterDeleter::operator()(cv_converter* c) const {
+    std::lock_guard lock(UnitMutex());
+    cv_free(c);
+}
+
+UnitPtr WrapUnit(ut_unit* u) {
+    if (u == nullptr) {
+        return {};
+    }
+    return UnitPtr(u, [](ut_unit* p) {
+        std::lock_guard lock(UnitMutex());
+        ut_free(p);
+    });
+}
+
+UnitPtr UnitByName(const char* name) {
+    ut_system* system = UnitSystem();
+    return system != nullptr ? WrapUnit(ut_get_unit_by_name(system, name)) : UnitPtr{};
+}
+
+bool FormatUnit(const ut_unit* u, unsigned opts, std::string& text) {
+    char buffer[1024];
+    const int length = ut_format(u, buffer, sizeof buffer, opts);
+    if (length < 0 || static_cast<size_t>(length) >= sizeof buffer) {
+        return false;
+    }
+    text.assign(buffer, static_cast<size_t>(length));
+    return true;
+}
+
+}  // namespace detail
+
+namespace {
+
+// Whether `u` converts to `reference`; the lock must be held.
+bool Convertible(const UnitPtr& u, const UnitPtr& reference) {
+    return u && ut_are_convertible(u.get(), reference.get()) > 0;
+}
+
+}  // namespace
+
+UnitPtr ParseUnit(const std::string& units) {
+    std::lock_guard lock(detail::UnitMutex());
+    ut_system* system = detail::UnitSystem();
+    if (system == nullptr) {
+        return {};
+    }
+    // Trimmed here rather than with ut_trim: UDUNITS-2 2.2.28's ut_trim moves the text to the start of
+    // the buffer but returns a pointer offset by the leading white space ("  dbar" gives "ar").
+    constexpr const char* kSpace = " \t\n\v\f\r";
+    const size_t first = units.find_first_not_of(kSpace);
+    if (first == std::string::npos) {
+        return detail::WrapUnit(ut_parse(system, "", UT_UTF8));
+    }
+    const std::string text = units.substr(first, units.find_last_not_of(kSpace) - first + 1);
+    return detail::WrapUnit(ut_parse(system, text.c_str(), UT_UTF8));
+}
+
+bool IsPressureUnit(const UnitPtr& u) {
+    std::lock_guard lock(detail::UnitMutex());
+    const UnitPtr pascal = detail::UnitByName("pascal");
+    if (!pascal) {
+        throw Exception(eInternalError, L"cannot get base pressure unit", {});
+    }
+    return Convertible(u, pascal);
+}
+
+bool IsLengthUnit(const UnitPtr& u) {
+    std::lock_guard lock(detail::UnitMutex());
+    const UnitPtr meter = detail::UnitByName("meter");
+    if (!meter) {
+        throw Exception(eInternalError, L"cannot get base length unit", {});
+    }
+    return Convertible(u, meter);
+}
+
+bool IsTimeUnit(const UnitPtr& u) {
+    std::lock_guard lock(detail::UnitMutex());
+    const UnitPtr reference = ParseUnit("days since 1900-01-01");
+    if (!reference) {
+        throw Exception(eInternalError, L"cannot get base time reference", {});
+    }
+    return Convertible(u, reference);
+}
+
+}  // namespace SpaceTime
+}  // namespace ZorvoDSG

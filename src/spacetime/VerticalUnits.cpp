@@ -1,0 +1,63 @@
+#include "spacetime/VerticalUnits.h"
+
+#include <stdexcept>
+
+#include "host/Utf8.h"
+#include "spacetime/UnitSystem.h"
+#include "spacetime/detail/UDUnits.h"
+#include "values/Exception.h"
+
+namespace ZorvoDSG::SpaceTime {
+
+namespace {
+
+// The detail of a failed conversion: the unit's UTF-8 symbols followed by `suffix`.
+Exception ConversionFailure(const UnitPtr& u, const char* suffix) {
+    std::string symbols;
+    detail::FormatUnit(u.get(), UT_UTF8, symbols);
+    return Exception(eBadUnitConversion, Utf8ToWide(symbols + suffix), {});
+}
+
+}  // namespace
+
+bool bPressureUnits(const std::string& zUnits) { return IsPressureUnit(ParseUnit(zUnits)); }
+
+double _1Pascal(const std::string& zUnits) {
+    const UnitPtr u = ParseUnit(zUnits);
+    if (!IsPressureUnit(u)) {
+        throw std::runtime_error("not pressure units");
+    }
+    std::lock_guard lock(detail::UnitMutex());
+    const UnitPtr pascal = detail::UnitByName("pascal");
+    if (!pascal) {
+        throw Exception(eInternalError, L"cannot get base pressure unit", {});
+    }
+    const detail::ConverterPtr converter(ut_get_converter(pascal.get(), u.get()));
+    if (!converter) {
+        throw ConversionFailure(u, " to pascals");
+    }
+    return cv_convert_double(converter.get(), 1.0);
+}
+
+std::pair<std::string, double> ZUnits(const std::string& zUnits) {
+    const UnitPtr u = ParseUnit(zUnits);
+    std::lock_guard lock(detail::UnitMutex());
+    std::string name;
+    if (!u || !detail::FormatUnit(u.get(), UT_NAMES, name)) {
+        throw Exception(eInternalError, L"cannot get long name of unit", {});
+    }
+    if (!name.empty() && name[0] >= 'a' && name[0] <= 'z') {
+        name[0] = static_cast<char>(name[0] - 'a' + 'A');
+    }
+    const UnitPtr meter = detail::UnitByName("meter");
+    if (!meter) {
+        throw Exception(eInternalError, L"cannot get base length unit", {});
+    }
+    const detail::ConverterPtr converter(ut_get_converter(u.get(), meter.get()));
+    if (!converter) {
+        throw ConversionFailure(u, " to meters");
+    }
+    return {name, cv_convert_double(converter.get(), 1.0)};
+}
+
+}  // namespace ZorvoDSG::SpaceTime
