@@ -92,7 +92,9 @@ BString Exception::ToString() const {
     text += L": ";
     text += BString(m_detail);
     text += L": ";
-    text += BString(m_path.wstring());
+    // Native paths are UTF-8 bytes here; path::wstring() would convert through the C locale and
+    // throw for any non-ASCII name.
+    text += BString(Utf8ToWide(m_path.native()));
     return text;
 }
 

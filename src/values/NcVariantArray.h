@@ -6,6 +6,11 @@
 // terminated), NC_SHORT 2, NC_INT/NC_UINT/NC_FLOAT 4, NC_DOUBLE/NC_INT64/NC_UINT64 8, NC_STRING one
 // std::string per slot. Numeric and NC_CHAR buffers are 16-byte aligned raw blocks.
 // Elements equal to the fill value read back as empty values.
+//
+// Failures: Exception eInternalError for misuse (bad index, size beyond the reservation, unsupported
+// element types), std::bad_alloc for exhausted memory (requests above 1 TiB count as exhausted),
+// std::bad_variant_access for a fill, scale or offset of the wrong alternative, and a thrown
+// `const char*` for the conversions the data cannot undergo ("cannot unpack strings", ...).
 
 #include "values/NcVariant.h"
 
@@ -22,11 +27,14 @@ struct NcVariantArray {
     NcVariantArray() = default;
     NcVariantArray(int elementType, const NcVariant& fill, long cReserved, long cStringChars);
     NcVariantArray(const NcVariantArray& other);
-    NcVariantArray(NcVariantArray&& other);
+    // Moves take the buffer over and leave the source empty; they never throw, so containers of
+    // NcVariant relocate by moving.
+    NcVariantArray(NcVariantArray&& other) noexcept;
     NcVariantArray& operator=(const NcVariantArray& other);
-    NcVariantArray& operator=(NcVariantArray&& other);
+    NcVariantArray& operator=(NcVariantArray&& other) noexcept;
     ~NcVariantArray();
 
+    // Numbers unchanged, text parsed as a double; arrays fail with std::runtime_error.
     static NcScalar s_ToScalar(const NcVariant& value);
 
     // Grows only: a larger count discards the contents (size becomes 0) and allocates afresh.
@@ -34,6 +42,7 @@ struct NcVariantArray {
     void SetSize(long cElements);
     // Re-types the reserved buffer for a read of raw (packed) values; reallocates only when the
     // reserved bytes do not suffice or when switching between NC_STRING and the other types.
+    // A text fill value stays text; other fill values go through s_ToScalar.
     void ReInit(long cElements, int newElementType, const NcVariant& fill);
     // unpacked = packed * scale + offset, in place or expanded to NC_FLOAT / NC_DOUBLE.
     void Unpack(int unpackedType, const NcVariant& scaleFactor, const NcVariant& addOffset);
@@ -50,6 +59,15 @@ struct NcVariantArray {
     const T* Data() const {
         return static_cast<const T*>(storage);
     }
+
+private:
+    void ReleaseStorage() noexcept;
+    // Allocates `cSlots` slots of `type` (zeroed, or empty strings) and installs them; the old
+    // buffer must already be released.
+    void AllocateStorage(int type, long cSlots);
+
+    size_t m_cbStorage = 0;        // bytes of the buffer behind `storage`
+    bool m_bStringSlots = false;   // the buffer holds constructed std::string objects
 };
 
 }  // namespace ZorvoDSG::System
