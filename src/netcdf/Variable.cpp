@@ -1,0 +1,413 @@
+#include "netcdf/Variable.h"
+
+#include <netcdf.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <type_traits>
+#include <variant>
+
+#include "host/Utf8.h"
+#include "netcdf/ICFMetadata.h"
+#include "netcdf/detail/NcAttribute.h"
+#include "netcdf/detail/NcTypes.h"
+#include "values/Exception.h"
+
+namespace ZorvoDSG {
+
+using System::NcVariant;
+
+namespace {
+
+constexpr const char* kScaleFactor = "scale_factor";
+constexpr const char* kAddOffset = "add_offset";
+constexpr const char* kFillValue = "_FillValue";
+
+[[noreturn]] void ThrowInvalidType() { throw std::runtime_error("invalid type for variable"); }
+[[noreturn]] void ThrowInvalidUnpackedType() { throw std::runtime_error("invalid unpacked type for variable"); }
+
+std::filesystem::path PathOf(const ICFMetadata* file) { return file != nullptr ? file->NcPath() : std::filesystem::path(); }
+
+bool IsWhiteSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
+
+// The library's default fill value of a numeric type: what nc_inq_var_fill reports for a variable
+// whose file declares none (the NC_FILL_* constants).
+template <typename T>
+T DefaultFill();
+template <> signed char DefaultFill() { return NC_FILL_BYTE; }
+template <> unsigned char DefaultFill() { return NC_FILL_UBYTE; }
+template <> short DefaultFill() { return NC_FILL_SHORT; }
+template <> int32_t DefaultFill() { return NC_FILL_INT; }
+template <> uint32_t DefaultFill() { return NC_FILL_UINT; }
+template <> int64_t DefaultFill() { return NC_FILL_INT64; }
+template <> uint64_t DefaultFill() { return NC_FILL_UINT64; }
+template <> float DefaultFill() { return NC_FILL_FLOAT; }
+template <> double DefaultFill() { return NC_FILL_DOUBLE; }
+
+// Integers wrap around modulo their width, as the file's own arithmetic would.
+template <typename T>
+T MultiplyAdd(T value, T scale, T offset) {
+    if constexpr (std::is_floating_point_v<T>) {
+        return value * scale + offset;
+    } else {
+        // Unsigned 64-bit arithmetic never overflows into undefined behaviour; narrowing wraps.
+        const auto wide = [](T x) { return static_cast<uint64_t>(x); };
+        return static_cast<T>(wide(value) * wide(scale) + wide(offset));
+    }
+}
+
+}  // namespace
+
+Variable::Variable(ICFMetadata* file, const std::string& fullGroupName, long id, const std::string& name)
+    : m_name(name), m_fullGroupName(fullGroupName), m_pCFMetadata(file), m_id(id),
+      m_type(id == kFakeOIDId ? NC_INT : 0) {}
+
+Variable::Variable(ICFMetadata* file, const std::string& fullGroupName, long groupId, long varId)
+    : m_fullGroupName(fullGroupName), m_pCFMetadata(file), m_id(varId) {
+    const int gid = static_cast<int>(groupId);
+    const int vid = static_cast<int>(varId);
+    char name[NC_MAX_NAME + 1] = {};
+    if (nc_inq_varname(gid, vid, name) != NC_NOERR) {
+        throw std::runtime_error("variable not found");
+    }
+    m_name = name;
+    const auto check = [&](int status) {
+        if (status != NC_NOERR) {
+            throw Exception(status, Utf8ToWide("variable " + m_name), PathOf(file));
+        }
+    };
+    nc_type type = NC_NAT;
+    int cDimsInFile = 0;
+    check(nc_inq_vartype(gid, vid, &type));
+    check(nc_inq_varndims(gid, vid, &cDimsInFile));
+    if (cDimsInFile < 0 || cDimsInFile > NC_MAX_VAR_DIMS) {
+        check(NC_EMAXDIMS);
+    }
+    std::vector<int> dimIds(static_cast<size_t>(cDimsInFile));
+    check(nc_inq_vardimid(gid, vid, dimIds.data()));
+    m_type = type;
+    m_cDims = cDimsInFile;
+    for (const int dimId : dimIds) {
+        char dimName[NC_MAX_NAME + 1] = {};
+        check(nc_inq_dimname(gid, dimId, dimName));
+        m_dimIds.push_back(dimId);
+        m_dimNames.emplace_back(dimName);
+    }
+    LoadAttributes(gid);
+    LoadPacking(gid);
+    ClassifyString();
+    DetermineFillValue();
+}
+
+Variable Variable::s_EmptyVariable() { return Variable(nullptr, std::string(), kEmptyId, std::string()); }
+
+Variable Variable::s_FakeOIDVariable() { return Variable(nullptr, std::string(), kFakeOIDId, "OID"); }
+
+long Variable::FileId() const {
+    if (m_pCFMetadata == nullptr) {
+        throw std::runtime_error("variable without file");
+    }
+    return m_pCFMetadata->FileId();
+}
+
+void Variable::SetName(const std::string& name, const std::string& fullGroupName) {
+    m_name = name;
+    m_fullGroupName = fullGroupName;
+}
+
+int Variable::Type() const {
+    if (m_type == 0) {
+        ThrowInvalidType();
+    }
+    return m_type;
+}
+
+int Variable::UnpackedType() const {
+    if (!m_bPacked) {
+        return m_type;
+    }
+    if (m_unpackedType == 0) {
+        ThrowInvalidUnpackedType();
+    }
+    return m_unpackedType;
+}
+
+int Variable::cDims() const {
+    if (m_cDims == -1) {
+        throw std::runtime_error("invalid dimensions for variable");
+    }
+    return m_cDims;
+}
+
+bool Variable::HasDim(long dimId) const { return std::find(m_dimIds.begin(), m_dimIds.end(), dimId) != m_dimIds.end(); }
+
+// ---- attributes ----
+
+void Variable::LoadAttributes(int groupId) {
+    const int varId = m_id == kGlobalsId ? NC_GLOBAL : static_cast<int>(m_id);
+    const std::filesystem::path path = PathOf(m_pCFMetadata);
+    int gid = groupId;
+    for (;;) {
+        int cAttributes = 0;
+        if (nc_inq_varnatts(gid, varId, &cAttributes) != NC_NOERR) {
+            throw std::runtime_error("variable not found");
+        }
+        for (int i = 0; i < cAttributes; ++i) {
+            char name[NC_MAX_NAME + 1] = {};
+            if (const int status = nc_inq_attname(gid, varId, i, name); status != NC_NOERR) {
+                throw Exception(status, Utf8ToWide("attribute of " + m_name), path);
+            }
+            // A group's own global attribute hides the same name in its ancestors.
+            if (!m_attributes.contains(name)) {
+                m_attributes.insert(name, ZorvoNetCDFDSG::detail::ReadNcAttribute(gid, varId, name, m_name, path));
+            }
+        }
+        int parent = -1;
+        if (m_id != kGlobalsId || nc_inq_grp_parent(gid, &parent) != NC_NOERR) {
+            return;
+        }
+        gid = parent;
+    }
+}
+
+void Variable::LoadPacking(int groupId) {
+    const NcVariant* scale = m_attributes.get(kScaleFactor);
+    const NcVariant* offset = m_attributes.get(kAddOffset);
+    m_bPacked = scale != nullptr || offset != nullptr;
+    m_scaleFactor = static_cast<unsigned char>(1);
+    m_addOffset = static_cast<unsigned char>(0);
+    nc_type packingType = NC_NAT;
+    if (nc_inq_atttype(groupId, static_cast<int>(m_id), scale != nullptr ? kScaleFactor : kAddOffset, &packingType) ==
+        NC_NOERR) {
+        m_unpackedType = packingType;
+    }
+    if (scale != nullptr) {
+        m_scaleFactor = *scale;
+    }
+    if (offset != nullptr) {
+        m_addOffset = *offset;
+    }
+    if (m_bPacked) {
+        System::s_ChangeType(m_scaleFactor, m_unpackedType);
+        System::s_ChangeType(m_addOffset, m_unpackedType);
+    }
+}
+
+bool Variable::HasAttribute(const std::string& name) const { return m_attributes.contains(name); }
+
+NcVariant Variable::AttributeValue(const std::string& name) const {
+    if (const NcVariant* value = m_attributes.get(name)) {
+        return *value;
+    }
+    throw Exception(eAttributeNotPresent, Utf8ToWide(m_name + ": " + name), PathOf(m_pCFMetadata));
+}
+
+NcVariant Variable::TryAttributeValue(const std::string& name) const {
+    const NcVariant* value = m_attributes.get(name);
+    return value != nullptr ? *value : NcVariant{};
+}
+
+std::vector<std::string> Variable::ArrayAttributeValue(const std::string& name) const {
+    const std::string text = std::get<std::string>(AttributeValue(name));
+    std::vector<std::string> words;
+    auto it = text.begin();
+    while (it != text.end()) {
+        it = std::find_if_not(it, text.end(), IsWhiteSpace);
+        const auto end = std::find_if(it, text.end(), IsWhiteSpace);
+        if (it != end) {
+            words.emplace_back(it, end);
+        }
+        it = end;
+    }
+    return words;
+}
+
+bool Variable::SetAttributeValue(const std::string& name, const NcVariant& value) {
+    return m_attributes.insert_or_assign(name, value);
+}
+
+bool Variable::TryRemoveAttribute(const std::string& name) { return m_attributes.erase(name); }
+
+namespace {
+std::string TextOf(const Variable::AttributeMap& attributes, const char* name) {
+    const NcVariant* value = attributes.get(name);
+    return value != nullptr ? std::get<std::string>(*value) : std::string();
+}
+}  // namespace
+
+std::string Variable::LongName() const { return TextOf(m_attributes, "long_name"); }
+std::string Variable::Axis() const { return TextOf(m_attributes, "axis"); }
+std::string Variable::StandardName() const { return TextOf(m_attributes, "standard_name"); }
+std::string Variable::UnitsString() const { return std::get<std::string>(AttributeValue("units")); }
+std::string Variable::TryUnitsString() const { return TextOf(m_attributes, "units"); }
+
+// ---- strings ----
+
+void Variable::ClassifyString() {
+    if (m_stringClass != eStringUnclassified) {
+        return;
+    }
+    if (m_type == 0) {
+        ThrowInvalidType();
+    }
+    if (m_type != NC_CHAR && m_type != NC_STRING) {
+        m_stringClass = eNotString;
+        return;
+    }
+    if (m_dimIds.empty()) {
+        m_stringClass = eStringScalar;
+        m_stringDim = -1;
+        m_stringLength = 0;
+        return;
+    }
+    if (m_pCFMetadata == nullptr) {
+        throw std::runtime_error("variable without file");
+    }
+    m_stringDim = m_dimIds.back();
+    if (m_type == NC_CHAR) {
+        m_stringClass = m_dimIds.size() == 1 ? eStringScalar : eStringArray;
+        m_stringLength = m_pCFMetadata->DimLen(m_stringDim);
+    } else {
+        m_stringClass = eStringArray;
+        m_stringKind = eNetCDF4Strings;
+        m_stringLength = 255;
+    }
+}
+
+bool Variable::IsString() {
+    ClassifyString();
+    return m_stringClass == eStringArray;
+}
+
+bool Variable::IsStringScalar() {
+    ClassifyString();
+    return m_stringClass == eStringScalar;
+}
+
+bool Variable::IsNetCDF4String() {
+    ClassifyString();
+    return m_stringClass == eStringArray && m_stringKind == eNetCDF4Strings;
+}
+
+uint64_t Variable::cStringChars() {
+    return m_stringClass == eStringArray || m_stringClass == eStringScalar ? m_stringLength : 0;
+}
+
+void Variable::SetStringLength(uint64_t length) {
+    if (m_stringClass == eStringArray || m_stringClass == eStringScalar) {
+        m_stringLength = length;
+    }
+}
+
+void Variable::ReclassifyString(long dimId) {
+    if (m_stringClass == eStringScalar && m_stringDim == dimId) {
+        m_stringClass = eNotString;
+        m_stringDim = -1;
+        m_stringLength = 1;
+        DetermineFillValue();
+    }
+}
+
+// ---- fill value ----
+
+void Variable::DetermineFillValue() {
+    if (const NcVariant* fill = m_attributes.get(kFillValue)) {
+        m_fillValue = *fill;
+        return;
+    }
+    if (m_stringClass == eStringArray || m_stringClass == eStringScalar) {
+        m_fillValue = std::string();
+        return;
+    }
+    if (m_type == 0) {
+        ThrowInvalidType();
+    }
+    // Ask the library only when the file itself declares no _FillValue (NcML may have removed it):
+    // nc_inq_var_fill would otherwise copy a declared value of any type and length into the buffer.
+    int groupId = -1;
+    if (m_pCFMetadata != nullptr && m_id >= 0) {
+        try {
+            groupId = m_pCFMetadata->NcID();
+        } catch (const std::runtime_error&) {
+            groupId = -1;  // disconnected: the constants are the library's defaults anyway
+        }
+    }
+    const int varId = static_cast<int>(m_id);
+    int attId = -1;
+    const bool bAskLibrary = groupId >= 0 && nc_inq_attid(groupId, varId, kFillValue, &attId) == NC_ENOTATT;
+    const auto fill = [&](auto zero) {
+        using T = decltype(zero);
+        T value = DefaultFill<T>();
+        int noFill = 0;
+        if (bAskLibrary && nc_inq_var_fill(groupId, varId, &noFill, &value) != NC_NOERR) {
+            value = DefaultFill<T>();
+        }
+        m_fillValue = value;
+    };
+    if (m_type == NC_CHAR) {
+        char value = NC_FILL_CHAR;
+        int noFill = 0;
+        if (bAskLibrary && nc_inq_var_fill(groupId, varId, &noFill, &value) != NC_NOERR) {
+            value = NC_FILL_CHAR;
+        }
+        m_fillValue = std::string(1, value);
+        return;
+    }
+    if (!ZorvoNetCDFDSG::detail::VisitNumericType(m_type, fill)) {
+        throw std::runtime_error("invalid variable type");
+    }
+}
+
+// ---- packing ----
+
+std::pair<double, double> Variable::UnpackInfo() const {
+    if (!m_bPacked) {
+        return {1.0, 0.0};
+    }
+    return {System::s_ToDouble(m_scaleFactor), System::s_ToDouble(m_addOffset)};
+}
+
+double Variable::Unpack(double value) const {
+    if (!m_bPacked) {
+        return value;
+    }
+    const auto [scale, offset] = UnpackInfo();
+    return scale * value + offset;
+}
+
+NcVariant Variable::Unpack(const NcVariant& value) const {
+    if (!m_bPacked) {
+        return value;
+    }
+    if (m_type == 0) {
+        ThrowInvalidType();
+    }
+    if (m_unpackedType == 0) {
+        ThrowInvalidUnpackedType();
+    }
+    if (m_type != m_unpackedType) {
+        return System::s_ToDouble(value) * System::s_ToDouble(m_scaleFactor) + System::s_ToDouble(m_addOffset);
+    }
+    return std::visit(
+        [this](const auto& v) -> NcVariant {
+            using T = std::decay_t<decltype(v)>;
+            if constexpr (std::is_arithmetic_v<T>) {
+                return MultiplyAdd(v, std::get<T>(m_scaleFactor), std::get<T>(m_addOffset));
+            } else {
+                throw std::runtime_error("s_Unpack: incompatible types");
+            }
+        },
+        value);
+}
+
+void Variable::Unpack(System::NcVariantArray& values) const {
+    if (!m_bPacked) {
+        return;
+    }
+    if (m_unpackedType == 0) {
+        ThrowInvalidUnpackedType();
+    }
+    values.Unpack(m_unpackedType, m_scaleFactor, m_addOffset);
+}
+
+}  // namespace ZorvoDSG
