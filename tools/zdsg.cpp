@@ -3,17 +3,29 @@
 
 #include <iostream>
 
+#include "InspectCommand.h"
+
 int main(int argc, char** argv) {
     CLI::App app{"zdsg: read CF Discrete Sampling Geometry netCDF files"};
     app.set_version_flag("--version", std::string("zdsg ") + ZDSG_VERSION);
     app.require_subcommand(0, 1);
+    zdsg::InspectOptions inspectOptions;
+    CLI::App* inspect = zdsg::AddInspectCommand(app, inspectOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
-        return app.exit(e) == 0 ? 0 : 2;
+        return app.exit(e) == 0 ? zdsg::eExitOk : zdsg::eExitUsage;
     }
-    if (argc == 1) {
-        std::cout << app.help();
+    if (inspect->parsed()) {
+        try {
+            return zdsg::RunInspect(inspectOptions);
+        } catch (const std::exception& e) {
+            // Files are guarded one by one; this is the tool itself failing (memory, output).
+            std::cerr << "zdsg: " << e.what() << '\n';
+            return zdsg::eExitRefused;
+        }
     }
-    return 0;
+    // No command: say what there is, and fail like any other incomplete command line.
+    std::cerr << app.help();
+    return zdsg::eExitUsage;
 }

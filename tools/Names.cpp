@@ -1,0 +1,221 @@
+#include "Names.h"
+
+#include <netcdf.h>
+
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <exception>
+#include <variant>
+
+#include "host/Utf8.h"
+#include "values/Exception.h"
+
+namespace zdsg {
+
+std::string TypeName(int ncType) {
+    switch (ncType) {
+        case 0: return "none";
+        case NC_BYTE: return "byte";
+        case NC_CHAR: return "char";
+        case NC_SHORT: return "short";
+        case NC_INT: return "int";
+        case NC_FLOAT: return "float";
+        case NC_DOUBLE: return "double";
+        case NC_UBYTE: return "ubyte";
+        case NC_USHORT: return "ushort";
+        case NC_UINT: return "uint";
+        case NC_INT64: return "int64";
+        case NC_UINT64: return "uint64";
+        case NC_STRING: return "string";
+        default: return "type " + std::to_string(ncType);
+    }
+}
+
+std::string FormatName(int ncFormat) {
+    switch (ncFormat) {
+        case NC_FORMAT_CLASSIC: return "classic";
+        case NC_FORMAT_64BIT_OFFSET: return "64-bit offset";
+        case NC_FORMAT_CDF5: return "CDF5";
+        case NC_FORMAT_NETCDF4: return "netCDF-4";
+        case NC_FORMAT_NETCDF4_CLASSIC: return "netCDF-4 classic model";
+        default: return "format " + std::to_string(ncFormat);
+    }
+}
+
+std::string MessageName(long code) {
+    switch (code) {
+        case 11: return "unparseable units";
+        case 13: return "NcML added variable attribute";
+        case 14: return "NcML added global attribute";
+        case 15: return "NcML created variable";
+        case 16: return "NcML renamed variable";
+        case 17: return "assumed geographic grid mapping";
+        default: return "message";
+    }
+}
+
+std::string TimeUnitName(ZorvoDSG::SpaceTime::eTimeUnit unit) {
+    using namespace ZorvoDSG::SpaceTime;
+    switch (unit) {
+        case eTimeNone: return "none";
+        case eTimeYear: return "years";
+        case eTimeCommonYear: return "common years";
+        case eTimeLeapYear: return "leap years";
+        case eTimeJulianYear: return "julian years";
+        case eTimeGregorianYear: return "gregorian years";
+        case eTimeMonth: return "months";
+        case eTimeDay: return "days";
+        case eTimeHour: return "hours";
+        case eTimeMinute: return "minutes";
+        case eTimeSecond: return "seconds";
+    }
+    return "time unit " + std::to_string(static_cast<int>(unit));
+}
+
+std::string VerticalDatumModelName(ZorvoDSG::SpaceTime::eVerticalDatumModel model) {
+    using namespace ZorvoDSG::SpaceTime;
+    switch (model) {
+        case eVerticalDatumUnspecified: return "unspecified";
+        case eVerticalDatumEllipsoid: return "ellipsoid";
+        case eVerticalDatumGeoid: return "geoid";
+        case eVerticalDatumLowestAstronomicalTide: return "lowest astronomical tide";
+        case eVerticalDatumMeanHigherHighWater: return "mean higher high water";
+        case eVerticalDatumMeanLowerLowWater: return "mean lower low water";
+        case eVerticalDatumMeanLowWaterSprings: return "mean low water springs";
+        case eVerticalDatumMeanSeaLevel: return "mean sea level";
+    }
+    return "datum model " + std::to_string(static_cast<int>(model));
+}
+
+std::string FileTimeToIso8601(uint64_t ticks) {
+    using namespace std::chrono;
+    constexpr uint64_t kTicksPerSecond = 10'000'000;
+    // Years past 9999 do not fit ISO 8601's basic form; FILETIME arithmetic wraps there anyway.
+    constexpr uint64_t kMaxSeconds = 265'046'774'400ULL;  // 1601-01-01 .. 9999-12-31
+    const uint64_t totalSeconds = ticks / kTicksPerSecond;
+    if (totalSeconds >= kMaxSeconds) {
+        return "FILETIME " + std::to_string(ticks);
+    }
+    const sys_seconds instant = sys_days{year{1601} / January / 1} + seconds{static_cast<int64_t>(totalSeconds)};
+    const auto day = floor<days>(instant);
+    const year_month_day date{day};
+    const hh_mm_ss time{instant - day};
+    const auto millis = static_cast<unsigned>((ticks % kTicksPerSecond) / 10'000);
+    char buffer[64];
+    const int year = static_cast<int>(date.year());
+    const auto month = static_cast<unsigned>(date.month());
+    const auto dayOfMonth = static_cast<unsigned>(date.day());
+    const auto hours = static_cast<long>(time.hours().count());
+    const auto minutes = static_cast<long>(time.minutes().count());
+    const auto secs = static_cast<long>(time.seconds().count());
+    if (millis != 0) {
+        std::snprintf(buffer, sizeof buffer, "%04d-%02u-%02uT%02ld:%02ld:%02ld.%03uZ", year, month, dayOfMonth, hours,
+                      minutes, secs, millis);
+    } else {
+        std::snprintf(buffer, sizeof buffer, "%04d-%02u-%02uT%02ld:%02ld:%02ldZ", year, month, dayOfMonth, hours,
+                      minutes, secs);
+    }
+    return buffer;
+}
+
+namespace {
+
+template <typename T>
+std::string ShortestText(T value) {
+    if (std::isnan(value)) {
+        return "NaN";
+    }
+    if (std::isinf(value)) {
+        return value > 0 ? "Infinity" : "-Infinity";
+    }
+    char buffer[64];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return std::string(buffer, result.ptr);
+}
+
+std::string QuotedText(const std::string& text) {
+    return "\"" + Printable(text) + "\"";
+}
+
+std::string ArrayText(const ZorvoDSG::System::NcVariantArray& values) {
+    std::string out = "[";
+    constexpr long kShown = 16;
+    for (long i = 0; i < values.size && i < kShown; ++i) {
+        if (i != 0) {
+            out += ", ";
+        }
+        out += ValueText(values[i]);
+    }
+    if (values.size > kShown) {
+        out += ", ... (" + std::to_string(values.size) + " values)";
+    }
+    return out + "]";
+}
+
+}  // namespace
+
+std::string NumberText(double value) { return ShortestText(value); }
+std::string NumberText(float value) { return ShortestText(value); }
+
+std::string ValueText(const ZorvoDSG::System::NcVariant& value) {
+    return std::visit(
+        [](const auto& v) -> std::string {
+            using T = std::decay_t<decltype(v)>;
+            if constexpr (std::is_same_v<T, std::monostate>) {
+                return "-";
+            } else if constexpr (std::is_same_v<T, std::string>) {
+                return QuotedText(v);
+            } else if constexpr (std::is_same_v<T, ZorvoDSG::System::NcVariantArray>) {
+                return ArrayText(v);
+            } else if constexpr (std::is_floating_point_v<T>) {
+                return ShortestText(v);
+            } else {
+                return std::to_string(static_cast<std::conditional_t<std::is_signed_v<T>, long long,
+                                                                     unsigned long long>>(v));
+            }
+        },
+        value);
+}
+
+std::string ValidUtf8(const std::string& text) { return WideToUtf8(Utf8ToWide(text)); }
+
+std::string Printable(const std::string& text) {
+    const std::wstring wide = Utf8ToWide(text);
+    std::wstring safe;
+    safe.reserve(wide.size());
+    for (const wchar_t c : wide) {
+        if (c < 0x20 || c == 0x7F || (c >= 0x80 && c < 0xA0)) {
+            switch (c) {
+                case L'\n': safe += L"\\n"; break;
+                case L'\t': safe += L"\\t"; break;
+                case L'\r': safe += L"\\r"; break;
+                default: {
+                    wchar_t escaped[8];
+                    std::swprintf(escaped, 8, L"\\x%02X", static_cast<unsigned>(c));
+                    safe += escaped;
+                }
+            }
+        } else {
+            safe += c;
+        }
+    }
+    return WideToUtf8(safe);
+}
+
+std::string CurrentExceptionText() {
+    try {
+        throw;
+    } catch (const ZorvoDSG::Exception& e) {
+        return WideToUtf8(e.ToString().Str());
+    } catch (const std::exception& e) {
+        return e.what();
+    } catch (const char* text) {
+        return text != nullptr ? text : "unknown error";
+    } catch (...) {
+        return "unknown error";
+    }
+}
+
+}  // namespace zdsg
