@@ -10,7 +10,7 @@
 #include "host/Utf8.h"
 #include "netcdf/ICFMetadata.h"
 #include "netcdf/detail/NcAttribute.h"
-#include "netcdf/detail/NcTypes.h"
+#include "values/NcTypeDispatch.h"
 #include "values/Exception.h"
 
 namespace ZorvoDSG {
@@ -353,7 +353,7 @@ void Variable::DetermineFillValue() {
         m_fillValue = std::string(1, value);
         return;
     }
-    if (!ZorvoNetCDFDSG::detail::VisitNumericType(m_type, fill)) {
+    if (!System::VisitNcNumericType(m_type, fill)) {
         throw std::runtime_error("invalid variable type");
     }
 }

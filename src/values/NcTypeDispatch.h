@@ -55,4 +55,22 @@ decltype(auto) VisitNcType(int ncType, Typed&& typed, Unsupported&& unsupported)
     }
 }
 
+// Calls `fn(T{})` with the storage type of a numeric netCDF type and returns true; returns false for
+// NC_CHAR, NC_STRING, NC_USHORT and unknown codes.
+template <typename Fn>
+bool VisitNcNumericType(int ncType, Fn&& fn) {
+    return VisitNcType(
+        ncType,
+        [&](auto tag) {
+            using T = typename decltype(tag)::type;
+            if constexpr (kIsNcNumeric<T>) {
+                fn(T{});
+                return true;
+            } else {
+                return false;
+            }
+        },
+        [] { return false; });
+}
+
 }  // namespace ZorvoDSG::System

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "host/Utf8.h"
-#include "netcdf/detail/NcTypes.h"
+#include "values/NcTypeDispatch.h"
 #include "values/Exception.h"
 
 namespace ZorvoNetCDFDSG::detail {
@@ -61,7 +61,7 @@ private:
 
 NcVariant ReadNumeric(const AttributeRead& read, nc_type type, size_t length) {
     NcVariant result;
-    VisitNumericType(type, [&](auto zero) {
+    ZorvoDSG::System::VisitNcNumericType(type, [&](auto zero) {
         using T = decltype(zero);
         if (length == 1) {
             T value = zero;
