@@ -64,4 +64,12 @@ TEST_F(GlobalMetadataTest, FeatureTypeAttribute) {
     EXPECT_THROW(WithGlobal("featureType", "2", "short")->FeatureType(), std::bad_variant_access);
 }
 
+// A netCDF-4 string attribute is stored with a line feed after its value.
+TEST_F(GlobalMetadataTest, StringTypedGlobalAttributes) {
+    const auto file = Open("ncmeta_string_globals.nc");
+    EXPECT_EQ(std::get<std::string>(file->GlobalAttribute("featureType")), "trajectory\n");
+    EXPECT_EQ(file->FeatureType(), eFeatureTrajectory);
+    EXPECT_EQ(Version(*file), std::make_pair(1, 9));
+}
+
 }  // namespace

@@ -37,7 +37,7 @@ protected:
     }
 
     std::vector<std::shared_ptr<NetCDFFile>> OpenGroups(IXMLDOMDocument* ncml) {
-        return NetCDFFile::s_Open(NcmetaTest::DataFile("ncmeta_groups.nc"), 1, ncml, log);
+        return NetCDFFile::s_Open(NcmetaTest::DataPath("ncmeta_groups.nc"), 1, ncml, log);
     }
 };
 

@@ -8,16 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "host/xml/XmlDom.h"
-#include "netcdf/NetCDFFile.h"
-#include "spacetime/UnitSystem.h"
-#include "values/NetCDFWorkspaceLog.h"
+#include "netcdf/NcFileTestSupport.h"
 
 namespace NcmetaTest {
 
-inline std::filesystem::path DataFile(const std::string& name) {
-    return std::filesystem::path(ZDSG_TEST_DATA_DIR) / name;
-}
+using ncfile_test::DataPath;
 
 inline std::filesystem::path SourceDataFile(const std::string& name) {
     return std::filesystem::path(ZDSG_SOURCE_DIR) / "tests" / "data" / name;
@@ -36,12 +31,12 @@ inline std::string NcML(const std::string& body) { return "<netcdf>" + body + "<
 // Units are needed by classification; loading is once per process.
 class UnitsTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() { ZorvoDSG::s_InitUDUnits2(ZDSG_UDUNITS2_XML); }
+    static void SetUpTestSuite() { ncfile_test::InitUnits(); }
 
     // A file without groups, amended by `ncml` (empty: none).
     std::shared_ptr<ZorvoNetCDFDSG::NetCDFFile> Open(const std::string& fileName, const std::string& ncml = {}) {
         const IXMLDOMDocumentPtr document = ncml.empty() ? nullptr : ParseNcML(ncml);
-        return std::make_shared<ZorvoNetCDFDSG::NetCDFFile>(DataFile(fileName), 1, "", "", document.get(), log);
+        return std::make_shared<ZorvoNetCDFDSG::NetCDFFile>(DataPath(fileName), 1, "", "", document.get(), log);
     }
 
     std::vector<ZorvoDSG::System::Message> Messages(long code) { return log.FindMessageRange(code, code); }
