@@ -13,35 +13,14 @@
 
 #include "NcFileTestSupport.h"
 #include "values/Exception.h"
+#include "support/ScratchDir.h"
 
 namespace {
 
 using ZorvoDSG::Exception;
 using namespace ncfile_test;
 
-class BadInputTest : public testing::Test {
-protected:
-    void SetUp() override {
-        m_dir = std::filesystem::temp_directory_path() /
-                ("ncfile_bad_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        std::filesystem::create_directories(m_dir);
-    }
-    void TearDown() override { std::filesystem::remove_all(m_dir); }
-
-    std::filesystem::path Write(const std::string& name, const std::string& bytes) const {
-        const std::filesystem::path path = m_dir / name;
-        std::ofstream(path, std::ios::binary) << bytes;
-        return path;
-    }
-
-    static std::string Read(const std::filesystem::path& path) {
-        std::ifstream in(path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    }
-
-    std::filesystem::path m_dir;
-};
+class BadInputTest : public zdsg_test::ScratchDirTest {};
 
 long OpenError(const std::filesystem::path& path) {
     try {

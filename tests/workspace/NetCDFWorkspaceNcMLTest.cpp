@@ -8,28 +8,14 @@
 #include <unistd.h>
 
 #include "values/Exception.h"
+#include "support/ScratchDir.h"
 
 using ZorvoNetCDFDSG::NetCDFWorkspace;
 
 namespace {
 
-class OpenNcMLDocument : public ::testing::Test {
+class OpenNcMLDocument : public zdsg_test::ScratchDirTest {
 protected:
-    void SetUp() override {
-        m_dir = std::filesystem::temp_directory_path() /
-                ("zdsg_ncml_" + std::to_string(::getpid()) + "_" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        std::filesystem::remove_all(m_dir);
-        std::filesystem::create_directories(m_dir);
-    }
-    void TearDown() override { std::filesystem::remove_all(m_dir); }
-
-    std::filesystem::path Write(const std::string& name, const std::string& text) {
-        const auto path = m_dir / name;
-        std::ofstream(path, std::ios::binary) << text;
-        return path;
-    }
-
     // The exception s_OpenNcMLDocument throws for `path`; fails the test when it returns.
     ZorvoDSG::Exception Failure(const std::filesystem::path& path) {
         try {
@@ -40,8 +26,6 @@ protected:
         ADD_FAILURE() << "no exception for " << path;
         return ZorvoDSG::Exception(0, L"", path);
     }
-
-    std::filesystem::path m_dir;
 };
 
 TEST_F(OpenNcMLDocument, OnlyExactXmlAndNcmlExtensionsAreOpened) {

@@ -1,5 +1,7 @@
 #include "host/xml/XmlDom.h"
 
+#include "support/ScratchDir.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -190,23 +192,7 @@ TEST(XmlDom, AbsurdNestingFailsInsteadOfExhaustingTheStack) {
     EXPECT_FALSE(error.reason.empty());
 }
 
-class XmlDomFiles : public ::testing::Test {
-protected:
-    void SetUp() override {
-        m_dir = std::filesystem::temp_directory_path() /
-                ("zdsg_xmldom_" + std::to_string(::getpid()) + "_" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        std::filesystem::remove_all(m_dir);
-        std::filesystem::create_directories(m_dir);
-    }
-    void TearDown() override { std::filesystem::remove_all(m_dir); }
-    std::filesystem::path Write(const std::string& name, const std::string& text) {
-        const auto path = m_dir / name;
-        std::ofstream(path, std::ios::binary) << text;
-        return path;
-    }
-    std::filesystem::path m_dir;
-};
+class XmlDomFiles : public zdsg_test::ScratchDirTest {};
 
 TEST_F(XmlDomFiles, LoadsFilesAndRecordsTheirPath) {
     const auto path = Write("a.ncml", "\xEF\xBB\xBF<netcdf xmlns='http://www.unidata.ucar.edu/namespaces/netcdf/ncml-2.2'>"
