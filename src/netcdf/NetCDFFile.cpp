@@ -235,8 +235,9 @@ ZorvoDSG::Variable& NetCDFFile::GetVariable(long varId) {
 }
 
 uint64_t NetCDFFile::DimLen(long dimId) const {
+    // The group id as it is: a disconnected file gets the library's own status, not "closed file".
     size_t length = 0;
-    Check(nc_inq_dimlen(NcID(), static_cast<int>(dimId), &length),
+    Check(nc_inq_dimlen(m_groupId, static_cast<int>(dimId), &length),
           (L"dimension id: " + std::to_wstring(dimId)).c_str(), m_path);
     return length;
 }

@@ -263,11 +263,15 @@ void Variable::ClassifyString() {
     if (m_pCFMetadata == nullptr) {
         throw std::runtime_error("variable without file");
     }
-    m_stringDim = m_dimIds.back();
     if (m_type == NC_CHAR) {
+        // Read before anything changes, so a failure leaves the variable unclassified; a disconnected
+        // file fails with "closed file".
+        m_pCFMetadata->NcID();
+        m_stringLength = m_pCFMetadata->DimLen(m_dimIds.back());
+        m_stringDim = m_dimIds.back();
         m_stringClass = m_dimIds.size() == 1 ? eStringScalar : eStringArray;
-        m_stringLength = m_pCFMetadata->DimLen(m_stringDim);
     } else {
+        m_stringDim = m_dimIds.back();
         m_stringClass = eStringArray;
         m_stringKind = eNetCDF4Strings;
         m_stringLength = 255;
