@@ -9,7 +9,6 @@ namespace ZorvoDSG::SpaceTime {
 namespace {
 
 constexpr double kDaysPerYear = 365.242198781;
-constexpr double kSecondsPerDay = 24.0 * 60.0 * 60.0;
 constexpr uint64_t kTicksPerSecond = 10'000'000;
 
 // Truncation toward zero as the x86 conversion instruction does it: NaN and values beyond the 64-bit
@@ -28,11 +27,13 @@ TimeReference::TimeReference(eTimeUnit unit_, FILETIME baseTime_, double zoneOff
     : unit(unit_), baseTime(baseTime_), zoneOffsetSeconds(zoneOffsetSeconds_) {}
 
 uint64_t TimeReference::ToSeconds(double value) const {
+    // Multiplied factor by factor, left to right: folding 24 * 60 * 60 into one constant rounds
+    // differently and moves some values (0.38730324074074074 days) to the next whole second.
     double seconds = 0.0;
     switch (unit) {
-    case eTimeYear: seconds = value * kDaysPerYear * kSecondsPerDay; break;
-    case eTimeMonth: seconds = value * kDaysPerYear / 12.0 * kSecondsPerDay; break;
-    case eTimeDay: seconds = value * kSecondsPerDay; break;
+    case eTimeYear: seconds = value * kDaysPerYear * 24.0 * 60.0 * 60.0; break;
+    case eTimeMonth: seconds = value * kDaysPerYear / 12.0 * 24.0 * 60.0 * 60.0; break;
+    case eTimeDay: seconds = value * 24.0 * 60.0 * 60.0; break;
     case eTimeHour: seconds = value * 60.0 * 60.0; break;
     case eTimeMinute: seconds = value * 60.0; break;
     case eTimeSecond: seconds = value; break;

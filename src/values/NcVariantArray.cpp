@@ -129,15 +129,15 @@ void Expand(const Src* source, Dst* target, long count, Dst scale, Dst offset, S
 // `reserved` slots of Dst and returns it; replaces `fill` by its converted value.
 template <typename Dst>
 void* ExpandBuffer(int sourceType, const void* source, long count, long reserved, NcScalar& fill,
-                   const NcVariant& scaleFactor, const NcVariant& addOffset) {
+                   double scaleFactor, double addOffset) {
+    const auto scale = static_cast<Dst>(scaleFactor);
+    const auto offset = static_cast<Dst>(addOffset);
     return VisitNcType(
         sourceType,
         [&]<typename Src>(NcTypeTag<Src>) -> void* {
             if constexpr (!kIsNcNumeric<Src>) {
                 throw "cannot unpack strings";
             } else {
-                const auto scale = static_cast<Dst>(s_ToDouble(scaleFactor));
-                const auto offset = static_cast<Dst>(s_ToDouble(addOffset));
                 const bool bFill = fill.index() != eNcEmpty;
                 const Src fillIn = bFill ? std::get<Src>(fill) : Src{};
                 AlignedBlock block(reserved, sizeof(Dst));
@@ -183,7 +183,17 @@ NcVariantArray::NcVariantArray(const NcVariantArray& other) {
     }
 }
 
-NcVariantArray::NcVariantArray(NcVariantArray&& other) noexcept { *this = std::move(other); }
+NcVariantArray::NcVariantArray(NcVariantArray&& other) noexcept
+    : fillValue(std::move(other.fillValue)),
+      elementType(other.elementType),
+      size(other.size),
+      reserved(other.reserved),
+      stringWidth(other.stringWidth),
+      storage(std::exchange(other.storage, nullptr)),
+      m_cbStorage(std::exchange(other.m_cbStorage, 0)),
+      m_bStringSlots(std::exchange(other.m_bStringSlots, false)) {
+    other.SetEmpty();
+}
 
 NcVariantArray::~NcVariantArray() { SetEmpty(); }
 
@@ -210,12 +220,15 @@ NcVariantArray& NcVariantArray::operator=(const NcVariantArray& other) {
     return *this;
 }
 
-NcVariantArray& NcVariantArray::operator=(NcVariantArray&& other) noexcept {
+NcVariantArray& NcVariantArray::operator=(NcVariantArray&& other) {
     if (this == &other) {
         return *this;
     }
+    // Copied first (it is the only part that can fail): the emptied source keeps its fill value, as
+    // SetEmpty leaves it.
+    NcScalar fill = other.fillValue;
     ReleaseStorage();
-    fillValue = std::move(other.fillValue);
+    fillValue = std::move(fill);
     elementType = other.elementType;
     size = other.size;
     reserved = other.reserved;
@@ -341,10 +354,14 @@ void NcVariantArray::Unpack(int unpackedType, const NcVariant& scaleFactor, cons
     if (unpackedType != NC_FLOAT && unpackedType != NC_DOUBLE) {
         throw "unsupported unpacked element type";
     }
+    // Scale and offset are read before the element type is looked at: a bad scale on a string array
+    // fails as a bad number, not as "cannot unpack strings".
+    const double scale = s_ToDouble(scaleFactor);
+    const double offset = s_ToDouble(addOffset);
     NcScalar newFill = fillValue;
     void* expanded = unpackedType == NC_FLOAT
-                         ? ExpandBuffer<float>(elementType, storage, size, reserved, newFill, scaleFactor, addOffset)
-                         : ExpandBuffer<double>(elementType, storage, size, reserved, newFill, scaleFactor, addOffset);
+                         ? ExpandBuffer<float>(elementType, storage, size, reserved, newFill, scale, offset)
+                         : ExpandBuffer<double>(elementType, storage, size, reserved, newFill, scale, offset);
     ReleaseStorage();
     storage = expanded;
     m_cbStorage = BufferBytes(reserved, unpackedType == NC_FLOAT ? sizeof(float) : sizeof(double));

@@ -27,11 +27,12 @@ struct NcVariantArray {
     NcVariantArray() = default;
     NcVariantArray(int elementType, const NcVariant& fill, long cReserved, long cStringChars);
     NcVariantArray(const NcVariantArray& other);
-    // Moves take the buffer over and leave the source empty; they never throw, so containers of
-    // NcVariant relocate by moving.
+    // Moves take the buffer over and leave the source empty. Construction never throws, so
+    // containers of NcVariant relocate by moving; assignment copies the fill value (the source keeps
+    // it) and so may fail for lack of memory.
     NcVariantArray(NcVariantArray&& other) noexcept;
     NcVariantArray& operator=(const NcVariantArray& other);
-    NcVariantArray& operator=(NcVariantArray&& other) noexcept;
+    NcVariantArray& operator=(NcVariantArray&& other);
     ~NcVariantArray();
 
     // Numbers unchanged, text parsed as a double; arrays fail with std::runtime_error.

@@ -128,6 +128,8 @@ TEST(TimeReference, TruncatesToWholeSeconds) {
     EXPECT_EQ(Convert("seconds since 1970-01-01", -0.5), base);
     EXPECT_EQ(Convert("seconds since 1970-01-01", -1.5), base - kTicksPerSecond);
     EXPECT_EQ(Convert("seconds since 1970-01-01", 0.999), base);
+    // Days are multiplied by 24, 60 and 60 one after the other; one factor of 86400 would round up.
+    EXPECT_EQ(Convert("days since 1970-01-01", 0.38730324074074074), base + 33462 * kTicksPerSecond);
     // Milliseconds of the reference are kept, finer digits dropped.
     EXPECT_EQ(Convert("seconds since 1970-01-01 00:00:00.2505", 0), base + 250 * 10'000);
     // Before 1601 the 64-bit arithmetic wraps.

@@ -141,6 +141,10 @@ TEST(NcVariantArray, CharElements) {
     named.SetSize(1);
     std::memcpy(named.Data<char>(), "xy\0q", 4);
     EXPECT_EQ(named[0].index(), eNcEmpty);
+    NcVariantArray target;
+    target = std::move(named);  // the emptied source keeps its fill value
+    EXPECT_EQ(std::get<std::string>(named.fillValue), "xy");
+    EXPECT_EQ(target[0].index(), eNcEmpty);
 
     NcVariantArray numericFill(NC_CHAR, NcVariant(0.0), 1, 4);
     numericFill.SetSize(1);
@@ -156,6 +160,8 @@ TEST(NcVariantArray, StringElementsIgnoreFill) {
     EXPECT_EQ(std::get<std::string>(array[1]), std::string(100, 'z'));
     EXPECT_THROWS_TEXT(array.Unpack(NC_STRING, NcVariant(), NcVariant()), "cannot unpack strings");
     EXPECT_THROWS_TEXT(array.Unpack(NC_DOUBLE, 1.0, 0.0), "cannot unpack strings");
+    // Scale and offset are read as numbers before the element type is looked at.
+    EXPECT_THROWS_WHAT(array.Unpack(NC_DOUBLE, NcVariant(), 0.0), std::runtime_error, "s_ToDouble(NcVariant) failed");
     EXPECT_EQ(std::get<std::string>(array[1]), std::string(100, 'z'));
 }
 
