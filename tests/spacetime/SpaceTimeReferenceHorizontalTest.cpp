@@ -47,6 +47,9 @@ struct GridMappingCase {
     long equivalentEpsg;  // 0: none
 };
 
+// Names the case in test listings instead of dumping its bytes.
+void PrintTo(const GridMappingCase& c, std::ostream* os) { *os << c.label; }
+
 class GridMappings : public ::testing::TestWithParam<GridMappingCase> {};
 
 TEST_P(GridMappings, ProjectionMethodAndParameters) {

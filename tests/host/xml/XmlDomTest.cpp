@@ -43,8 +43,10 @@ std::vector<std::wstring> Names(const std::vector<IXMLDOMElement>& elements) {
 }
 
 struct Spelling {
-    std::string open, close, prefix;
+    std::string label, open, close, prefix;
 };
+
+void PrintTo(const Spelling& s, std::ostream* os) { *os << s.label; }
 
 class NcmlSelection : public ::testing::TestWithParam<Spelling> {};
 
@@ -75,9 +77,12 @@ TEST_P(NcmlSelection, MatchesWhateverTheNamespaceSpelling) {
 
 INSTANTIATE_TEST_SUITE_P(
     Spellings, NcmlSelection,
-    ::testing::Values(Spelling{"<netcdf>", "</netcdf>", ""},
-                      Spelling{std::string("<netcdf xmlns=\"") + kNcmlNs + "\" location=\"x.nc\">", "</netcdf>", ""},
-                      Spelling{std::string("<nc:netcdf xmlns:nc=\"") + kNcmlNs + "\">", "</nc:netcdf>", "nc:"}));
+    ::testing::Values(Spelling{"none", "<netcdf>", "</netcdf>", ""},
+                      Spelling{"default", std::string("<netcdf xmlns=\"") + kNcmlNs + "\" location=\"x.nc\">",
+                               "</netcdf>", ""},
+                      Spelling{"prefixed", std::string("<nc:netcdf xmlns:nc=\"") + kNcmlNs + "\">", "</nc:netcdf>",
+                               "nc:"}),
+    [](const ::testing::TestParamInfo<Spelling>& spelling) { return spelling.param.label; });
 
 TEST(XmlDom, ElementsOfAnotherNamespaceDoNotMatch) {
     auto doc = MustParse("<netcdf xmlns=\"urn:other\"><group name=\"g\"/></netcdf>");
