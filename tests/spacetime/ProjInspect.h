@@ -7,12 +7,11 @@
 
 #include <proj.h>
 
+#include "host/gk/detail/ProjHandles.h"
+
 namespace ZorvoDSGTest {
 
-struct PjDeleter {
-    void operator()(PJ* pj) const { proj_destroy(pj); }
-};
-using PjPtr = std::unique_ptr<PJ, PjDeleter>;
+using gk_detail::PjPtr;
 
 // The CRS of a WKT text or "AUTH:CODE"; fails the test (and returns null) when PROJ refuses it.
 PjPtr ParseCrs(const std::string& text);

@@ -9,13 +9,11 @@
 #include <string>
 
 #include "host/gk/GkObjectPtr.h"
+#include "host/gk/detail/ProjHandles.h"
 
 namespace gktest {
 
-struct PjDeleter {
-    void operator()(PJ* p) const noexcept { proj_destroy(p); }
-};
-using Pj = std::unique_ptr<PJ, PjDeleter>;
+using Pj = gk_detail::PjPtr;
 
 // A quiet PROJ context of the test's own.
 class Proj {
