@@ -293,7 +293,7 @@ bool Variable::IsNetCDF4String() {
     return m_stringClass == eStringArray && m_stringKind == eNetCDF4Strings;
 }
 
-uint64_t Variable::cStringChars() {
+uint64_t Variable::cStringChars() const {
     return m_stringClass == eStringArray || m_stringClass == eStringScalar ? m_stringLength : 0;
 }
 

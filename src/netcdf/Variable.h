@@ -60,7 +60,7 @@ public:
     bool IsString();
     bool IsStringScalar();
     bool IsNetCDF4String();
-    uint64_t cStringChars();
+    uint64_t cStringChars() const;
     void SetStringLength(uint64_t length);
     void ReclassifyString(long dimId);
 

@@ -1,0 +1,49 @@
+#pragma once
+// One profile or time series: its position, its run of z values (or times), the one time (or z) of
+// the whole instance, and one array of observation values per selected observation variable. The
+// geometry block and every array hold at least `cReserved()` entries; they grow and never shrink.
+
+#include <memory>
+#include <vector>
+
+#include "cursor/Feature.h"
+#include "cursor/WKSProfile.h"
+#include "featureclass/ObservationVariable.h"
+#include "values/NcVariantArray.h"
+
+namespace ZorvoDSG {
+
+class ProfileFeature : public Feature {
+public:
+    ProfileFeature(long reserve, const std::vector<Variable>& instanceVariables,
+                   const std::vector<ObservationVariable>& observationVariables);
+    ProfileFeature(const ProfileFeature& other);
+    ProfileFeature& operator=(const ProfileFeature& other);
+
+    // Grows the capacity to `n` (the geometry's contents are not kept); nothing when it suffices.
+    void SetReserved(long n);
+    long cReserved() const { return m_reserved; }
+
+    void SetEmpty() override;
+    bool bEmpty() const override { return m_geometry->count == 0; }
+    WKSEnvelopeZ Extent() const override { return m_geometry->Extent(); }
+    bool bDisjoint(const WKSEnvelopeZ& envelope) const override { return Extent().Disjoint(envelope); }
+
+    SpaceTime::WKSProfile& wksProfile() { return *m_geometry; }
+    const SpaceTime::WKSProfile& wksProfile() const { return *m_geometry; }
+    System::NcVariantArray& ObservationValues(long i) { return m_observationValues.at(static_cast<size_t>(i)); }
+    const System::NcVariantArray& ObservationValues(long i) const {
+        return m_observationValues.at(static_cast<size_t>(i));
+    }
+    long cObservationArrays() const { return static_cast<long>(m_observationValues.size()); }
+    double T_or_Z() const { return m_tOrZ; }
+    double& MutableT_or_Z() { return m_tOrZ; }
+
+private:
+    double m_tOrZ = SpaceTime::kMissing;
+    long m_reserved = 0;
+    std::unique_ptr<SpaceTime::WKSProfile> m_geometry;
+    std::vector<System::NcVariantArray> m_observationValues;
+};
+
+}  // namespace ZorvoDSG

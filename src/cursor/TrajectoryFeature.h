@@ -1,0 +1,47 @@
+#pragma once
+// One trajectory: its vertices with x, y, z and t and their extent, and one array of observation
+// values per selected observation variable. The geometry block and every array hold at least
+// `cReserved()` entries; they grow and never shrink.
+
+#include <memory>
+#include <vector>
+
+#include "cursor/Feature.h"
+#include "cursor/WKSTrajectory.h"
+#include "featureclass/ObservationVariable.h"
+#include "values/NcVariantArray.h"
+
+namespace ZorvoDSG {
+
+class TrajectoryFeature : public Feature {
+public:
+    TrajectoryFeature(long reserve, const std::vector<Variable>& instanceVariables,
+                      const std::vector<ObservationVariable>& observationVariables);
+    TrajectoryFeature(const TrajectoryFeature& other);
+    TrajectoryFeature& operator=(const TrajectoryFeature& other);
+
+    // Grows the capacity to `n` (the geometry's contents are not kept); nothing when it suffices.
+    void SetReserved(long n);
+    long cReserved() const { return m_reserved; }
+
+    void SetEmpty() override;
+    bool bEmpty() const override { return m_geometry->count == 0; }
+    WKSEnvelopeZ Extent() const override { return m_geometry->envelope; }
+    SpaceTime::WKSEnvelopeT TimeExtent() const { return m_geometry->TimeExtent(); }
+    bool bDisjoint(const WKSEnvelopeZ& envelope) const override { return m_geometry->envelope.Disjoint(envelope); }
+
+    SpaceTime::WKSTrajectory& wksTrajectory() { return *m_geometry; }
+    const SpaceTime::WKSTrajectory& wksTrajectory() const { return *m_geometry; }
+    System::NcVariantArray& ObservationValues(long i) { return m_observationValues.at(static_cast<size_t>(i)); }
+    const System::NcVariantArray& ObservationValues(long i) const {
+        return m_observationValues.at(static_cast<size_t>(i));
+    }
+    long cObservationArrays() const { return static_cast<long>(m_observationValues.size()); }
+
+private:
+    long m_reserved = 0;
+    std::unique_ptr<SpaceTime::WKSTrajectory> m_geometry;
+    std::vector<System::NcVariantArray> m_observationValues;
+};
+
+}  // namespace ZorvoDSG

@@ -1,0 +1,44 @@
+#pragma once
+// Reads a point dataset: every index of the observation dimension is one PointFeature, with x, y,
+// z and the time read from the coordinate variables and the selected instance values, all read a
+// block of points at a time.
+
+#include <memory>
+#include <optional>
+
+#include "cursor/detail/NetCDFCursorImpl.h"
+#include "cursor/PointFeature.h"
+#include "featureclass/BasicPointFeatureClass.h"
+
+namespace ZorvoNetCDFDSG {
+
+class NetCDFBasicPointFeatureCursor final : public NetCDFCursorImpl {
+public:
+    NetCDFBasicPointFeatureCursor(std::shared_ptr<ZorvoDSG::BasicPointFeatureClass> pointClass,
+                                  const ZorvoDSG::SpatialFilter& filter);
+
+    // Points disjoint from the filter are skipped before their instance values are read.
+    bool QueryNext(std::shared_ptr<ZorvoDSG::Feature> feature) override;
+    std::shared_ptr<ZorvoDSG::Feature> CreateEmptyFeature() override;
+
+protected:
+    bool BasicNext(std::shared_ptr<ZorvoDSG::Feature> feature) override;
+    void OnBlockSizeChanged() override;
+
+private:
+    // Reads the point at the position into the feature (coordinates missing -> NaN, unpacked).
+    void ReadPoint(ZorvoDSG::PointFeature& feature);
+    // Object id, instance id and instance values at the position; then advances.
+    void FinishPoint(ZorvoDSG::PointFeature& feature);
+
+    std::shared_ptr<ZorvoDSG::BasicPointFeatureClass> m_pointClass;
+    uint64_t m_position = 0;
+    uint64_t m_count = 0;
+    bool m_bUnpack = false;
+    detail::CoordinateColumn m_x;
+    detail::CoordinateColumn m_y;
+    std::optional<detail::CoordinateColumn> m_z;
+    std::optional<detail::CoordinateColumn> m_t;
+};
+
+}  // namespace ZorvoNetCDFDSG

@@ -1,0 +1,83 @@
+#pragma once
+// What every cursor shares: the feature class it searches, its coordinate and object-id variables,
+// the filter, the instance variables the filter selected (by group-qualified name, in the filter's
+// order), the missing value of each coordinate and the reader of the dataset's arrays. Next() and
+// QueryNext() are written once here over the two operations each cursor supplies: CreateEmptyFeature()
+// and BasicNext(), which fills a feature with the instance at the cursor's position and advances.
+//
+// A cursor keeps its class, and so the open file, alive; it is used by one thread at a time.
+// Failures: std::runtime_error "closed file" when the dataset is disconnected at construction;
+// reading errors as NcSlabReader raises them.
+
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+#include "cursor/Feature.h"
+#include "cursor/IFeatureCursor.h"
+#include "cursor/detail/NcSlabReader.h"
+#include "cursor/SpatialFilter.h"
+#include "cursor/WKSPointXYZT.h"
+#include "cursor/detail/InstanceColumn.h"
+#include "featureclass/IFeatureClass.h"
+#include "netcdf/Variable.h"
+
+namespace ZorvoNetCDFDSG {
+
+class NetCDFCursorImpl : public ZorvoDSG::IFeatureCursor {
+public:
+    std::shared_ptr<ZorvoDSG::Feature> Next() override;
+    bool QueryNext(std::shared_ptr<ZorvoDSG::Feature> feature) override;
+
+    // Instances read per library call and variable (default kDefaultBlockSize). Changing it does
+    // not change what the cursor delivers; tests use it to cross block boundaries.
+    void SetBlockSize(uint64_t blockSize);
+    static constexpr uint64_t kDefaultBlockSize = 4096;
+
+    const std::vector<ZorvoDSG::Variable>& SelectedInstanceVariables() const { return m_instanceVariables; }
+
+protected:
+    // `idInstanceDim`: the dimension that counts the class's instances (-1: a single instance).
+    NetCDFCursorImpl(std::shared_ptr<ZorvoDSG::IFeatureClass> featureClass, const ZorvoDSG::SpatialFilter& filter,
+                     long idInstanceDim);
+    NetCDFCursorImpl(const NetCDFCursorImpl&) = default;
+    NetCDFCursorImpl& operator=(const NetCDFCursorImpl&) = default;
+    ~NetCDFCursorImpl() = default;
+
+    virtual bool BasicNext(std::shared_ptr<ZorvoDSG::Feature> feature) = 0;
+    virtual void OnBlockSizeChanged() {}
+
+    // Instance values of `index` into the feature's slots, unpacked when their variable is packed.
+    void ReadInstanceValues(uint64_t index, ZorvoDSG::Feature& feature);
+    bool bAnyInstanceVariablePacked() const;
+    bool bEmptyFilter() const { return m_filter.Envelope().IsEmpty(); }
+
+    // The feature as the cursor's own kind; std::invalid_argument for a feature of another kind.
+    template <class T>
+    static T& s_FeatureAs(ZorvoDSG::Feature& feature) {
+        auto* typed = dynamic_cast<T*>(&feature);
+        if (typed == nullptr) {
+            throw std::invalid_argument("feature not made by this cursor");
+        }
+        return *typed;
+    }
+
+    // True when the variable's first dimension is `dimId`.
+    static bool s_bInstanceDimIsFirst(const ZorvoDSG::Variable& variable, long dimId);
+
+    std::vector<ZorvoDSG::Variable> m_instanceVariables;
+    std::shared_ptr<ZorvoDSG::IFeatureClass> m_featureClass;
+    ZorvoDSG::Variable m_oidVariable;
+    ZorvoDSG::Variable m_xVariable;
+    ZorvoDSG::Variable m_yVariable;
+    ZorvoDSG::Variable m_zVariable;
+    ZorvoDSG::Variable m_tVariable;
+    ZorvoDSG::SpatialFilter m_filter;
+    ZorvoDSG::SpaceTime::WKSPointXYZT m_missing;
+    int m_ncId = -1;
+    uint64_t m_blockSize = kDefaultBlockSize;
+    NcSlabReader m_reader;
+    std::vector<detail::InstanceColumn> m_instanceColumns;
+};
+
+}  // namespace ZorvoNetCDFDSG

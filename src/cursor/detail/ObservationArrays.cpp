@@ -1,0 +1,32 @@
+#include "cursor/detail/ObservationArrays.h"
+
+#include <algorithm>
+
+#include "cursor/detail/TypedFill.h"
+
+namespace ZorvoDSG::detail {
+
+std::vector<System::NcVariantArray> MakeObservationArrays(const std::vector<ObservationVariable>& variables,
+                                                          long reserve) {
+    std::vector<System::NcVariantArray> arrays;
+    arrays.reserve(variables.size());
+    for (const ObservationVariable& variable : variables) {
+        const long width = std::max<long>(static_cast<long>(variable.cStringChars()), 1);
+        arrays.emplace_back(variable.Type(), ZorvoNetCDFDSG::detail::TypedFill(variable), reserve, width);
+    }
+    return arrays;
+}
+
+void ReserveObservationArrays(std::vector<System::NcVariantArray>& arrays, long reserve) {
+    for (System::NcVariantArray& array : arrays) {
+        array.SetReserved(reserve);
+    }
+}
+
+void EmptyObservationArrays(std::vector<System::NcVariantArray>& arrays) {
+    for (System::NcVariantArray& array : arrays) {
+        array.SetSize(0);
+    }
+}
+
+}  // namespace ZorvoDSG::detail

@@ -1,0 +1,23 @@
+#pragma once
+// Codes of the messages appended to an ILog: things skipped or repaired while an operation carried on.
+
+namespace ZorvoDSG::System {
+
+enum eLogCode : long {
+    eLogOpeningFile = 1,
+    eLogFileRecordRemoved = 2,
+    eLogNoFeatureType = 4,
+    eLogCFVersionTooOld = 5,
+    eLogAncillaryVariableNotFound = 6,
+    eLogQueryFeatureClass = 7,
+    eLogUnparseableUnits = 11,
+    eLogNcMLVariableAttributeAdded = 13,
+    eLogNcMLGlobalAttributeAdded = 14,
+    eLogNcMLVariableCreated = 15,
+    eLogNcMLVariableRenamed = 16,
+    eLogAssumedGeographic = 17,
+    eLogTooManyConnections = 20,
+    eLogVariableTooManyDimensions = 21,
+};
+
+}  // namespace ZorvoDSG::System
