@@ -1,4 +1,4 @@
-#include "cursor/Feature.h"
+#include <zorvodsg/cursor/Feature.h>
 
 namespace ZorvoDSG {
 

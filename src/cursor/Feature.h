@@ -7,9 +7,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "host/Wks.h"
-#include "netcdf/Variable.h"
-#include "values/NcVariant.h"
+#include <zorvodsg/host/Wks.h>
+#include <zorvodsg/netcdf/Variable.h>
+#include <zorvodsg/values/NcVariant.h>
 
 namespace ZorvoDSG {
 
@@ -20,8 +20,8 @@ public:
     // Every instance value becomes empty; the OID and the instance id stay.
     virtual void SetEmpty();
     virtual bool bEmpty() const = 0;
-    virtual WKSEnvelopeZ Extent() const = 0;
-    virtual bool bDisjoint(const WKSEnvelopeZ& envelope) const = 0;
+    virtual Host::WKSEnvelopeZ Extent() const = 0;
+    virtual bool bDisjoint(const Host::WKSEnvelopeZ& envelope) const = 0;
 
     System::NcVariant OID() const { return m_oid; }
     void SetOID(const System::NcVariant& oid) { m_oid = oid; }

@@ -1,4 +1,4 @@
-#include "cursor/PointFeature.h"
+#include <zorvodsg/cursor/PointFeature.h>
 
 namespace ZorvoDSG {
 

@@ -1,8 +1,8 @@
-#include "cursor/ProfileFeature.h"
+#include <zorvodsg/cursor/ProfileFeature.h>
 
 #include <algorithm>
 
-#include "cursor/detail/ObservationArrays.h"
+#include <zorvodsg/cursor/detail/ObservationArrays.h>
 
 namespace ZorvoDSG {
 

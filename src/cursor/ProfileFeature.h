@@ -6,10 +6,10 @@
 #include <memory>
 #include <vector>
 
-#include "cursor/Feature.h"
-#include "cursor/WKSProfile.h"
-#include "featureclass/ObservationVariable.h"
-#include "values/NcVariantArray.h"
+#include <zorvodsg/cursor/Feature.h>
+#include <zorvodsg/cursor/WKSProfile.h>
+#include <zorvodsg/featureclass/ObservationVariable.h>
+#include <zorvodsg/values/NcVariantArray.h>
 
 namespace ZorvoDSG {
 
@@ -26,8 +26,8 @@ public:
 
     void SetEmpty() override;
     bool bEmpty() const override { return m_geometry->count == 0; }
-    WKSEnvelopeZ Extent() const override { return m_geometry->Extent(); }
-    bool bDisjoint(const WKSEnvelopeZ& envelope) const override { return Extent().Disjoint(envelope); }
+    Host::WKSEnvelopeZ Extent() const override { return m_geometry->Extent(); }
+    bool bDisjoint(const Host::WKSEnvelopeZ& envelope) const override { return Extent().Disjoint(envelope); }
 
     SpaceTime::WKSProfile& wksProfile() { return *m_geometry; }
     const SpaceTime::WKSProfile& wksProfile() const { return *m_geometry; }

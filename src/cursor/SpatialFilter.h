@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/Wks.h"
+#include <zorvodsg/host/Wks.h>
 
 namespace ZorvoDSG {
 
@@ -24,7 +24,7 @@ class SpatialFilter {
 public:
     SpatialFilter() = default;
     SpatialFilter(std::shared_ptr<SpaceTime::SpaceTimeReference> outputReference,
-                  SpaceTime::eSpatialRelation relation, WKSEnvelopeZ envelope,
+                  SpaceTime::eSpatialRelation relation, Host::WKSEnvelopeZ envelope,
                   const std::vector<std::string>& instanceVariables,
                   const std::vector<std::string>& observationVariables)
         : m_outputReference(std::move(outputReference)),
@@ -33,7 +33,7 @@ public:
           m_instanceVariables(instanceVariables),
           m_observationVariables(observationVariables) {}
 
-    const WKSEnvelopeZ& Envelope() const { return m_envelope; }
+    const Host::WKSEnvelopeZ& Envelope() const { return m_envelope; }
     SpaceTime::eSpatialRelation SpatialRelation() const { return m_relation; }
     std::shared_ptr<SpaceTime::SpaceTimeReference> OutputSpatialReference() const { return m_outputReference; }
     void SetOutputSpatialReference(const std::shared_ptr<SpaceTime::SpaceTimeReference>& reference) {
@@ -45,7 +45,7 @@ public:
 private:
     std::shared_ptr<SpaceTime::SpaceTimeReference> m_outputReference;
     SpaceTime::eSpatialRelation m_relation = SpaceTime::eSpatialRelationUndefined;
-    WKSEnvelopeZ m_envelope;
+    Host::WKSEnvelopeZ m_envelope;
     std::vector<std::string> m_instanceVariables;
     std::vector<std::string> m_observationVariables;
 };

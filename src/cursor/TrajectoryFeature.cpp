@@ -1,8 +1,8 @@
-#include "cursor/TrajectoryFeature.h"
+#include <zorvodsg/cursor/TrajectoryFeature.h>
 
 #include <algorithm>
 
-#include "cursor/detail/ObservationArrays.h"
+#include <zorvodsg/cursor/detail/ObservationArrays.h>
 
 namespace ZorvoDSG {
 

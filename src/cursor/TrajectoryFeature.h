@@ -6,10 +6,10 @@
 #include <memory>
 #include <vector>
 
-#include "cursor/Feature.h"
-#include "cursor/WKSTrajectory.h"
-#include "featureclass/ObservationVariable.h"
-#include "values/NcVariantArray.h"
+#include <zorvodsg/cursor/Feature.h>
+#include <zorvodsg/cursor/WKSTrajectory.h>
+#include <zorvodsg/featureclass/ObservationVariable.h>
+#include <zorvodsg/values/NcVariantArray.h>
 
 namespace ZorvoDSG {
 
@@ -26,9 +26,9 @@ public:
 
     void SetEmpty() override;
     bool bEmpty() const override { return m_geometry->count == 0; }
-    WKSEnvelopeZ Extent() const override { return m_geometry->envelope; }
+    Host::WKSEnvelopeZ Extent() const override { return m_geometry->envelope; }
     SpaceTime::WKSEnvelopeT TimeExtent() const { return m_geometry->TimeExtent(); }
-    bool bDisjoint(const WKSEnvelopeZ& envelope) const override { return m_geometry->envelope.Disjoint(envelope); }
+    bool bDisjoint(const Host::WKSEnvelopeZ& envelope) const override { return m_geometry->envelope.Disjoint(envelope); }
 
     SpaceTime::WKSTrajectory& wksTrajectory() { return *m_geometry; }
     const SpaceTime::WKSTrajectory& wksTrajectory() const { return *m_geometry; }

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "cursor/MissingValue.h"
+#include <zorvodsg/cursor/MissingValue.h>
 
 namespace ZorvoDSG::SpaceTime {
 

@@ -1,8 +1,8 @@
-#include "cursor/WKSProfile.h"
+#include <zorvodsg/cursor/WKSProfile.h>
 
 #include <algorithm>
 
-#include "cursor/detail/FlexibleBlock.h"
+#include <zorvodsg/cursor/detail/FlexibleBlock.h>
 
 namespace ZorvoDSG::SpaceTime {
 
@@ -31,8 +31,8 @@ void WKSProfile::operator delete(void* block, long) { ::operator delete(block); 
 
 void WKSProfile::operator delete(void* block) { ::operator delete(block); }
 
-WKSEnvelopeZ WKSProfile::Extent() const {
-    WKSEnvelopeZ extent;
+Host::WKSEnvelopeZ WKSProfile::Extent() const {
+    Host::WKSEnvelopeZ extent;
     if (count <= 0) {
         return extent;
     }

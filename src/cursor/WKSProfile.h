@@ -10,8 +10,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "cursor/WKSPointXYZT.h"
-#include "host/Wks.h"
+#include <zorvodsg/cursor/WKSPointXYZT.h>
+#include <zorvodsg/host/Wks.h>
 
 namespace ZorvoDSG::SpaceTime {
 
@@ -40,7 +40,7 @@ struct WKSProfile {
     void SetEmpty() { count = 0; }
     // x, y and the z range from the first to the last value, the pair put in order; an empty
     // envelope for a profile without values.
-    WKSEnvelopeZ Extent() const;
+    Host::WKSEnvelopeZ Extent() const;
     // value = scale * value + offset for x, y and the values, as the flags say (the t pair is unused).
     void Unpack(const UnpackInfo& info);
     // x or y missing makes both NaN; values equal to missing.z become NaN and trailing ones are cut

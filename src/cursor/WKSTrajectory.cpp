@@ -1,9 +1,9 @@
-#include "cursor/WKSTrajectory.h"
+#include <zorvodsg/cursor/WKSTrajectory.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "cursor/detail/FlexibleBlock.h"
+#include <zorvodsg/cursor/detail/FlexibleBlock.h>
 
 namespace ZorvoDSG::SpaceTime {
 
@@ -110,7 +110,7 @@ void WKSTrajectory::Set3D(const double* x, const double* y, const double* z, con
 void WKSTrajectory::Set2D(const double* x, const double* y, const double* t, const WKSPointXYZT& missing,
                           bool bTest) {
     WKSPointXYZT* p = Points();
-    WKSEnvelope extent2D;
+    Host::WKSEnvelope extent2D;
     int32_t kept = 0;
     for (int32_t i = 0; i < count; ++i) {
         WKSPointXYZT& point = p[i];
@@ -123,7 +123,7 @@ void WKSTrajectory::Set2D(const double* x, const double* y, const double* t, con
         if (!(std::isnan(point.x) && std::isnan(point.y) && std::isnan(point.t))) {
             kept = i + 1;
         }
-        extent2D.AddPoint(WKSPoint{point.x, point.y});
+        extent2D.AddPoint(Host::WKSPoint{point.x, point.y});
     }
     count = kept;
     envelope = extent2D;

@@ -9,13 +9,13 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "cursor/WKSPointXYZT.h"
-#include "host/Wks.h"
+#include <zorvodsg/cursor/WKSPointXYZT.h>
+#include <zorvodsg/host/Wks.h>
 
 namespace ZorvoDSG::SpaceTime {
 
 struct WKSTrajectory {
-    WKSEnvelopeZ envelope;
+    Host::WKSEnvelopeZ envelope;
     int32_t count = 0;
     WKSPointXYZT points[1];  // continues to the end of the block
 
@@ -34,7 +34,7 @@ struct WKSTrajectory {
 
     bool bEmpty() const { return count == 0; }
     void SetEmpty();
-    WKSEnvelopeZ Extent() const { return envelope; }
+    Host::WKSEnvelopeZ Extent() const { return envelope; }
     // The first and the latest time of the vertices; NaN when there are none or the first is NaN.
     WKSEnvelopeT TimeExtent() const;
     // Fills `count` vertices from parallel arrays (z may be null), turns coordinates equal to their

@@ -1,11 +1,11 @@
-#include "featureclass/BasicFeatureClass.h"
+#include <zorvodsg/featureclass/BasicFeatureClass.h>
 
 #include <variant>
 
-#include "featureclass/BasicPointFeatureClass.h"
-#include "host/Utf8.h"
-#include "values/Exception.h"
-#include "values/NetCDFWorkspaceLog.h"
+#include <zorvodsg/featureclass/BasicPointFeatureClass.h>
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace ZorvoDSG {
 
@@ -38,7 +38,7 @@ std::shared_ptr<BasicFeatureClass> BasicFeatureClass::s_Open(const std::shared_p
     const std::filesystem::path path(dataset->Uri());
     const CfRole role = FindCfRole(*dataset);
     if (role.cCarriers > 1) {
-        throw Exception(eMultipleCfRoles, Utf8ToWide(FeatureTypeName(role.type)), path);
+        throw Exception(eMultipleCfRoles, Host::Utf8ToWide(FeatureTypeName(role.type)), path);
     }
     eFeatureType type = role.type;
     if (type == eFeatureUnknown) {
@@ -59,9 +59,9 @@ std::shared_ptr<BasicFeatureClass> BasicFeatureClass::s_Open(const std::shared_p
                 throw Exception(eMissingCFRole, L"", path);
             }
             // Read by the profile and trajectory classes, which this build does not have yet.
-            throw Exception(eFeatureTypeNotImplemented, Utf8ToWide(FeatureTypeName(type)), path);
+            throw Exception(eFeatureTypeNotImplemented, Host::Utf8ToWide(FeatureTypeName(type)), path);
         default:
-            throw Exception(eFeatureTypeNotImplemented, Utf8ToWide(FeatureTypeName(type)), path);
+            throw Exception(eFeatureTypeNotImplemented, Host::Utf8ToWide(FeatureTypeName(type)), path);
     }
 }
 
@@ -96,7 +96,7 @@ System::ILog& BasicFeatureClass::SchemaLog() {
 }
 
 void BasicFeatureClass::Throw(long code, const std::string& detail) const {
-    throw Exception(code, Utf8ToWide(detail), std::filesystem::path(m_dataset->Uri()));
+    throw Exception(code, Host::Utf8ToWide(detail), std::filesystem::path(m_dataset->Uri()));
 }
 
 uint64_t BasicFeatureClass::cFeatures() const { return m_dataset->DimLen(m_idInstanceDim); }

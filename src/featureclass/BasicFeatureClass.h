@@ -10,13 +10,13 @@
 #include <string>
 #include <vector>
 
-#include "featureclass/IFeatureClass.h"
-#include "featureclass/IWorkspace.h"
-#include "featureclass/eDSGLayout.h"
-#include "netcdf/ICFMetadata.h"
-#include "spacetime/CoordinateRoles.h"
-#include "spacetime/SpaceTimeReference.h"
-#include "values/ILog.h"
+#include <zorvodsg/featureclass/IFeatureClass.h>
+#include <zorvodsg/featureclass/IWorkspace.h>
+#include <zorvodsg/featureclass/eDSGLayout.h>
+#include <zorvodsg/netcdf/ICFMetadata.h>
+#include <zorvodsg/spacetime/CoordinateRoles.h>
+#include <zorvodsg/spacetime/SpaceTimeReference.h>
+#include <zorvodsg/values/ILog.h>
 
 namespace ZorvoDSG {
 
@@ -29,7 +29,7 @@ public:
                                                      const std::shared_ptr<IWorkspace>& workspace);
 
     std::string Name() override { return m_name; }
-    WKSEnvelopeZ Extent() override { return m_extent; }
+    Host::WKSEnvelopeZ Extent() override { return m_extent; }
     std::shared_ptr<SpaceTime::SpaceTimeReference> NativeSpatialReference() override { return m_spatialReference; }
     uint64_t cFeatures() const override;
     bool bHasZs() const override { return m_idZVar >= 0; }
@@ -84,7 +84,7 @@ protected:
     long m_idZVar = -1;
     long m_idTVar = -1;
     std::shared_ptr<SpaceTime::SpaceTimeReference> m_spatialReference;
-    WKSEnvelopeZ m_extent;
+    Host::WKSEnvelopeZ m_extent;
     std::vector<Variable> m_instanceVariables;
     eDSGLayout m_layout = eLayoutOrthoMD;
     std::shared_ptr<System::ILog> m_openingLog;

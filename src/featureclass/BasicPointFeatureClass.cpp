@@ -1,9 +1,9 @@
-#include "featureclass/BasicPointFeatureClass.h"
+#include <zorvodsg/featureclass/BasicPointFeatureClass.h>
 
-#include "cursor/detail/NetCDFBasicPointFeatureCursor.h"
-#include "host/Utf8.h"
-#include "values/Exception.h"
-#include "values/LogCodes.h"
+#include <zorvodsg/cursor/detail/NetCDFBasicPointFeatureCursor.h>
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/LogCodes.h>
 
 namespace ZorvoDSG {
 
@@ -71,7 +71,7 @@ void BasicPointFeatureClass::AddInstanceVariables(System::ILog& log) {
         if (bQualifies) {
             m_instanceVariables.push_back(variable);
         } else {
-            log.AddMessage(System::eLogVariableTooManyDimensions, Utf8ToWide(variable.NameWithFullGroupName()));
+            log.AddMessage(System::eLogVariableTooManyDimensions, Host::Utf8ToWide(variable.NameWithFullGroupName()));
         }
     }
 }

@@ -9,7 +9,7 @@
 
 #include <memory>
 
-#include "featureclass/BasicFeatureClass.h"
+#include <zorvodsg/featureclass/BasicFeatureClass.h>
 
 namespace ZorvoDSG {
 

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "cursor/SpatialFilter.h"
-#include "host/Wks.h"
-#include "netcdf/FeatureType.h"
-#include "netcdf/Variable.h"
-#include "values/ZorvoJSONWriter.h"
+#include <zorvodsg/cursor/SpatialFilter.h>
+#include <zorvodsg/host/Wks.h>
+#include <zorvodsg/netcdf/FeatureType.h>
+#include <zorvodsg/netcdf/Variable.h>
+#include <zorvodsg/values/ZorvoJSONWriter.h>
 
 namespace ZorvoDSG {
 
@@ -24,7 +24,7 @@ class SpaceTimeReference;
 class IFeatureClass {
 public:
     virtual std::string Name() = 0;
-    virtual WKSEnvelopeZ Extent() = 0;
+    virtual Host::WKSEnvelopeZ Extent() = 0;
     virtual eFeatureType FeatureType() = 0;
     virtual std::shared_ptr<IFeatureCursor> Search(const SpatialFilter& filter) = 0;
     virtual SpatialFilter DefinitionQuery() = 0;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "featureclass/ObservationVariable.h"
+#include <zorvodsg/featureclass/ObservationVariable.h>
 
 namespace ZorvoDSG {
 

@@ -2,7 +2,7 @@
 // What a feature class needs of the workspace that opened its dataset: the log into which building
 // the schema writes what it skipped.
 
-#include "values/ILog.h"
+#include <zorvodsg/values/ILog.h>
 
 namespace ZorvoDSG {
 

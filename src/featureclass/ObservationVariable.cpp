@@ -1,8 +1,8 @@
-#include "featureclass/ObservationVariable.h"
+#include <zorvodsg/featureclass/ObservationVariable.h>
 
-#include "host/Utf8.h"
-#include "netcdf/ICFMetadata.h"
-#include "values/LogCodes.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/netcdf/ICFMetadata.h>
+#include <zorvodsg/values/LogCodes.h>
 
 namespace ZorvoDSG {
 
@@ -24,7 +24,7 @@ void ObservationVariable::ConstructAncillaryVariables(System::ILog& log) {
     for (const std::string& name : ArrayAttributeValue("ancillary_variables")) {
         const auto found = dataset->Name2Var().find(name);
         if (found == dataset->Name2Var().end()) {
-            log.AddMessage(System::eLogAncillaryVariableNotFound, Utf8ToWide(name));
+            log.AddMessage(System::eLogAncillaryVariableNotFound, Host::Utf8ToWide(name));
             continue;
         }
         if (m_idSampleDim != -1) {

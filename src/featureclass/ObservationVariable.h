@@ -5,8 +5,8 @@
 
 #include <vector>
 
-#include "netcdf/Variable.h"
-#include "values/ILog.h"
+#include <zorvodsg/netcdf/Variable.h>
+#include <zorvodsg/values/ILog.h>
 
 namespace ZorvoDSG {
 

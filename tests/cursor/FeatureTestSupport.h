@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "cursor/Feature.h"
-#include "cursor/IFeatureCursor.h"
-#include "featureclass/BasicFeatureClass.h"
-#include "netcdf/NetCDFFile.h"
-#include "spacetime/UnitSystem.h"
-#include "values/NetCDFWorkspaceLog.h"
+#include <zorvodsg/cursor/Feature.h>
+#include <zorvodsg/cursor/IFeatureCursor.h>
+#include <zorvodsg/featureclass/BasicFeatureClass.h>
+#include <zorvodsg/netcdf/NetCDFFile.h>
+#include <zorvodsg/spacetime/UnitSystem.h>
+#include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace feature_test {
 

@@ -6,13 +6,14 @@
 #include <variant>
 
 #include "cursor/FeatureTestSupport.h"
-#include "cursor/detail/NetCDFBasicPointFeatureCursor.h"
-#include "cursor/PointFeature.h"
-#include "featureclass/BasicPointFeatureClass.h"
-#include "values/Exception.h"
-#include "values/LogCodes.h"
+#include <zorvodsg/cursor/detail/NetCDFBasicPointFeatureCursor.h>
+#include <zorvodsg/cursor/PointFeature.h>
+#include <zorvodsg/featureclass/BasicPointFeatureClass.h>
+#include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/LogCodes.h>
 
 using namespace ZorvoDSG;
+using namespace ZorvoDSG::Host;
 using feature_test::AllInstanceNames;
 using feature_test::DataPath;
 using feature_test::OpenClass;

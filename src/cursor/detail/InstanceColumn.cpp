@@ -1,12 +1,12 @@
-#include "cursor/detail/InstanceColumn.h"
+#include <zorvodsg/cursor/detail/InstanceColumn.h>
 
 #include <netcdf.h>
 
 #include <algorithm>
 
-#include "cursor/detail/TypedFill.h"
-#include "values/Exception.h"
-#include "values/NcTypeDispatch.h"
+#include <zorvodsg/cursor/detail/TypedFill.h>
+#include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcTypeDispatch.h>
 
 namespace ZorvoNetCDFDSG::detail {
 

@@ -6,10 +6,10 @@
 
 #include <cstdint>
 
-#include "cursor/detail/NcSlabReader.h"
-#include "cursor/detail/SlabShape.h"
-#include "netcdf/Variable.h"
-#include "values/NcVariantArray.h"
+#include <zorvodsg/cursor/detail/NcSlabReader.h>
+#include <zorvodsg/cursor/detail/SlabShape.h>
+#include <zorvodsg/netcdf/Variable.h>
+#include <zorvodsg/values/NcVariantArray.h>
 
 namespace ZorvoNetCDFDSG::detail {
 

@@ -1,12 +1,12 @@
-#include "cursor/detail/NcSlabReader.h"
+#include <zorvodsg/cursor/detail/NcSlabReader.h>
 
 #include <netcdf.h>
 
 #include <stdexcept>
 #include <string>
 
-#include "host/Utf8.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/values/Exception.h>
 
 namespace ZorvoNetCDFDSG {
 
@@ -26,7 +26,7 @@ size_t SlabElements(std::span<const size_t> count) {
 
 void NcSlabReader::Check(int status, const ZorvoDSG::Variable& variable) const {
     if (status != NC_NOERR) {
-        throw Exception(status, Utf8ToWide(variable.Name()), m_path);
+        throw Exception(status, ZorvoDSG::Host::Utf8ToWide(variable.Name()), m_path);
     }
 }
 

@@ -11,8 +11,8 @@
 #include <span>
 #include <vector>
 
-#include "netcdf/Variable.h"
-#include "values/NcVariantArray.h"
+#include <zorvodsg/netcdf/Variable.h>
+#include <zorvodsg/values/NcVariantArray.h>
 
 namespace ZorvoNetCDFDSG {
 

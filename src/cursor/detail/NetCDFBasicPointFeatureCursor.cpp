@@ -1,4 +1,4 @@
-#include "cursor/detail/NetCDFBasicPointFeatureCursor.h"
+#include <zorvodsg/cursor/detail/NetCDFBasicPointFeatureCursor.h>
 
 #include <cmath>
 #include <cstdint>
@@ -56,7 +56,7 @@ void NetCDFBasicPointFeatureCursor::OnBlockSizeChanged() {
 }
 
 void NetCDFBasicPointFeatureCursor::ReadPoint(ZorvoDSG::PointFeature& feature) {
-    WKSPointZ& point = feature.MutablePoint();
+    ZorvoDSG::Host::WKSPointZ& point = feature.MutablePoint();
     point.x = MissingToNaN(m_x.Value(m_reader, m_position), m_missing.x);
     point.y = MissingToNaN(m_y.Value(m_reader, m_position), m_missing.y);
     if (m_z) {
@@ -102,7 +102,7 @@ bool NetCDFBasicPointFeatureCursor::QueryNext(std::shared_ptr<ZorvoDSG::Feature>
     const bool bFilter = !bEmptyFilter();
     for (; m_position < m_count; ++m_position) {
         ReadPoint(point);
-        if (!bFilter || !m_filter.Envelope().Disjoint(WKSEnvelopeZ(point.wksPointZ()))) {
+        if (!bFilter || !m_filter.Envelope().Disjoint(ZorvoDSG::Host::WKSEnvelopeZ(point.wksPointZ()))) {
             FinishPoint(point);
             return true;
         }

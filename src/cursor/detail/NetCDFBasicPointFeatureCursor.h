@@ -6,9 +6,9 @@
 #include <memory>
 #include <optional>
 
-#include "cursor/detail/NetCDFCursorImpl.h"
-#include "cursor/PointFeature.h"
-#include "featureclass/BasicPointFeatureClass.h"
+#include <zorvodsg/cursor/detail/NetCDFCursorImpl.h>
+#include <zorvodsg/cursor/PointFeature.h>
+#include <zorvodsg/featureclass/BasicPointFeatureClass.h>
 
 namespace ZorvoNetCDFDSG {
 

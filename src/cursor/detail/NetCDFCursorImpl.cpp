@@ -1,7 +1,7 @@
-#include "cursor/detail/NetCDFCursorImpl.h"
+#include <zorvodsg/cursor/detail/NetCDFCursorImpl.h>
 
-#include "cursor/Feature.h"
-#include "netcdf/ICFMetadata.h"
+#include <zorvodsg/cursor/Feature.h>
+#include <zorvodsg/netcdf/ICFMetadata.h>
 
 namespace ZorvoNetCDFDSG {
 

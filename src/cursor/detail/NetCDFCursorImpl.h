@@ -13,14 +13,14 @@
 #include <stdexcept>
 #include <vector>
 
-#include "cursor/Feature.h"
-#include "cursor/IFeatureCursor.h"
-#include "cursor/detail/NcSlabReader.h"
-#include "cursor/SpatialFilter.h"
-#include "cursor/WKSPointXYZT.h"
-#include "cursor/detail/InstanceColumn.h"
-#include "featureclass/IFeatureClass.h"
-#include "netcdf/Variable.h"
+#include <zorvodsg/cursor/Feature.h>
+#include <zorvodsg/cursor/IFeatureCursor.h>
+#include <zorvodsg/cursor/detail/NcSlabReader.h>
+#include <zorvodsg/cursor/SpatialFilter.h>
+#include <zorvodsg/cursor/WKSPointXYZT.h>
+#include <zorvodsg/cursor/detail/InstanceColumn.h>
+#include <zorvodsg/featureclass/IFeatureClass.h>
+#include <zorvodsg/netcdf/Variable.h>
 
 namespace ZorvoNetCDFDSG {
 

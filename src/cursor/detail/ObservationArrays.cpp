@@ -1,8 +1,8 @@
-#include "cursor/detail/ObservationArrays.h"
+#include <zorvodsg/cursor/detail/ObservationArrays.h>
 
 #include <algorithm>
 
-#include "cursor/detail/TypedFill.h"
+#include <zorvodsg/cursor/detail/TypedFill.h>
 
 namespace ZorvoDSG::detail {
 

@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "featureclass/ObservationVariable.h"
-#include "values/NcVariantArray.h"
+#include <zorvodsg/featureclass/ObservationVariable.h>
+#include <zorvodsg/values/NcVariantArray.h>
 
 namespace ZorvoDSG::detail {
 

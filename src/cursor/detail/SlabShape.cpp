@@ -1,4 +1,4 @@
-#include "cursor/detail/SlabShape.h"
+#include <zorvodsg/cursor/detail/SlabShape.h>
 
 #include <netcdf.h>
 

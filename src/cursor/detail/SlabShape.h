@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "netcdf/ICFMetadata.h"
-#include "netcdf/Variable.h"
+#include <zorvodsg/netcdf/ICFMetadata.h>
+#include <zorvodsg/netcdf/Variable.h>
 
 namespace ZorvoNetCDFDSG::detail {
 

@@ -1,4 +1,4 @@
-#include "cursor/detail/TypedFill.h"
+#include <zorvodsg/cursor/detail/TypedFill.h>
 
 #include <netcdf.h>
 
@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <variant>
 
-#include "values/NcTypeDispatch.h"
+#include <zorvodsg/values/NcTypeDispatch.h>
 
 namespace ZorvoNetCDFDSG::detail {
 

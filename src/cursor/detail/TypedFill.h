@@ -3,8 +3,8 @@
 // value read from the file with it can never fail on a type mismatch (NcML may give a _FillValue of
 // another type than its variable).
 
-#include "netcdf/Variable.h"
-#include "values/NcVariant.h"
+#include <zorvodsg/netcdf/Variable.h>
+#include <zorvodsg/values/NcVariant.h>
 
 namespace ZorvoNetCDFDSG::detail {
 
