@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <zorvodsg/cursor/detail/SampleWindow.h>
 #include <zorvodsg/cursor/detail/TypedFill.h>
 
 namespace ZorvoDSG::detail {
@@ -11,8 +12,8 @@ std::vector<System::NcVariantArray> MakeObservationArrays(const std::vector<Obse
     std::vector<System::NcVariantArray> arrays;
     arrays.reserve(variables.size());
     for (const ObservationVariable& variable : variables) {
-        const long width = std::max<long>(static_cast<long>(variable.cStringChars()), 1);
-        arrays.emplace_back(variable.Type(), ZorvoNetCDFDSG::detail::TypedFill(variable), reserve, width);
+        arrays.emplace_back(variable.Type(), ZorvoNetCDFDSG::detail::TypedFill(variable), reserve,
+                            ZorvoNetCDFDSG::detail::ObservationStringWidth(variable));
     }
     return arrays;
 }
