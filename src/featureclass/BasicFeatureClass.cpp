@@ -3,6 +3,7 @@
 #include <variant>
 
 #include <zorvodsg/featureclass/BasicPointFeatureClass.h>
+#include <zorvodsg/featureclass/BasicProfileFeatureClass.h>
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
 #include <zorvodsg/values/NetCDFWorkspaceLog.h>
@@ -38,6 +39,11 @@ std::shared_ptr<BasicFeatureClass> BasicFeatureClass::s_Open(const std::shared_p
     const std::filesystem::path path(dataset->Uri());
     const CfRole role = FindCfRole(*dataset);
     if (role.cCarriers > 1) {
+        // Two cf_role variables are the mark of the nested types, which are not read: say so.
+        const eFeatureType declared = dataset->FeatureType();
+        if (declared == eFeatureTimeSeriesProfile || declared == eFeatureTrajectoryProfile) {
+            throw Exception(eFeatureTypeNotImplemented, Host::Utf8ToWide(FeatureTypeName(declared)), path);
+        }
         throw Exception(eMultipleCfRoles, Host::Utf8ToWide(FeatureTypeName(role.type)), path);
     }
     eFeatureType type = role.type;
@@ -54,11 +60,15 @@ std::shared_ptr<BasicFeatureClass> BasicFeatureClass::s_Open(const std::shared_p
             return std::make_shared<BasicPointFeatureClass>(dataset, workspace);
         case eFeatureProfile:
         case eFeatureTimeSeries:
+            if (role.id < 0) {
+                throw Exception(eMissingCFRole, L"", path);
+            }
+            return std::make_shared<BasicProfileFeatureClass>(type, dataset, role.id, workspace);
         case eFeatureTrajectory:
             if (role.id < 0) {
                 throw Exception(eMissingCFRole, L"", path);
             }
-            // Read by the profile and trajectory classes, which this build does not have yet.
+            // Read by the trajectory class, which this build does not have yet.
             throw Exception(eFeatureTypeNotImplemented, Host::Utf8ToWide(FeatureTypeName(type)), path);
         default:
             throw Exception(eFeatureTypeNotImplemented, Host::Utf8ToWide(FeatureTypeName(type)), path);
