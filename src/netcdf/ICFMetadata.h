@@ -24,7 +24,7 @@ public:
     using CoordMap = std::unordered_map<std::string, CoordinateVariableId>;
 
     virtual eFeatureType FeatureType() const = 0;
-    virtual uint64_t DimLen(long dimId) const = 0;
+    virtual size_t DimLen(long dimId) const = 0;
     virtual Variable& GetVariable(const std::string& name) = 0;
     virtual Variable& GetVariable(long varId) = 0;
     virtual std::string Uri() const = 0;

@@ -12,6 +12,7 @@
 #include <zorvodsg/netcdf/detail/NcAttribute.h>
 #include <zorvodsg/values/NcTypeDispatch.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/detail/Rescale.h>
 
 using ZorvoDSG::Host::Utf8ToWide;
 
@@ -45,18 +46,6 @@ template <> int64_t DefaultFill() { return NC_FILL_INT64; }
 template <> uint64_t DefaultFill() { return NC_FILL_UINT64; }
 template <> float DefaultFill() { return NC_FILL_FLOAT; }
 template <> double DefaultFill() { return NC_FILL_DOUBLE; }
-
-// Integers wrap around modulo their width, as the file's own arithmetic would.
-template <typename T>
-T MultiplyAdd(T value, T scale, T offset) {
-    if constexpr (std::is_floating_point_v<T>) {
-        return value * scale + offset;
-    } else {
-        // Unsigned 64-bit arithmetic never overflows into undefined behaviour; narrowing wraps.
-        const auto wide = [](T x) { return static_cast<uint64_t>(x); };
-        return static_cast<T>(wide(value) * wide(scale) + wide(offset));
-    }
-}
 
 }  // namespace
 
@@ -295,11 +284,11 @@ bool Variable::IsNetCDF4String() {
     return m_stringClass == eStringArray && m_stringKind == eNetCDF4Strings;
 }
 
-uint64_t Variable::cStringChars() const {
+size_t Variable::cStringChars() const {
     return m_stringClass == eStringArray || m_stringClass == eStringScalar ? m_stringLength : 0;
 }
 
-void Variable::SetStringLength(uint64_t length) {
+void Variable::SetStringLength(size_t length) {
     if (m_stringClass == eStringArray || m_stringClass == eStringScalar) {
         m_stringLength = length;
     }
@@ -398,7 +387,7 @@ NcVariant Variable::Unpack(const NcVariant& value) const {
         [this](const auto& v) -> NcVariant {
             using T = std::decay_t<decltype(v)>;
             if constexpr (std::is_arithmetic_v<T>) {
-                return MultiplyAdd(v, std::get<T>(m_scaleFactor), std::get<T>(m_addOffset));
+                return System::detail::Rescale(v, std::get<T>(m_scaleFactor), std::get<T>(m_addOffset));
             } else {
                 throw std::runtime_error("s_Unpack: incompatible types");
             }

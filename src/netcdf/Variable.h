@@ -60,8 +60,8 @@ public:
     bool IsString();
     bool IsStringScalar();
     bool IsNetCDF4String();
-    uint64_t cStringChars() const;
-    void SetStringLength(uint64_t length);
+    size_t cStringChars() const;
+    void SetStringLength(size_t length);
     void ReclassifyString(long dimId);
 
     bool HasAttribute(const std::string& name) const;
@@ -106,7 +106,7 @@ private:
     int m_stringClass = eStringUnclassified;
     int m_stringKind = eFixedWidthChars;
     long m_stringDim = -1;
-    uint64_t m_stringLength = 0;
+    size_t m_stringLength = 0;
     int m_type = 0;
     int m_unpackedType = 0;
     int m_cDims = -1;

@@ -80,7 +80,7 @@ TEST(ProfileOrthogonalTest, ExampleCasts) {
     EXPECT_FLOAT_EQ(static_cast<float>(features[1].wksProfile().x), -68.7f);
     EXPECT_DOUBLE_EQ(features[2].T_or_Z(), 18629.1);
     const auto& temperature = features[1].ObservationValues(0);
-    ASSERT_EQ(temperature.size, 4);
+    ASSERT_EQ(temperature.Size(), 4);
     EXPECT_FLOAT_EQ(std::get<float>(temperature[0]), 12.4f);
     EXPECT_EQ(temperature[3].index(), System::eNcEmpty);  // fill value
     // Only the second cast lies east of -68.8.
@@ -116,7 +116,7 @@ TEST(ProfileIncompleteTest, EachProfileHasItsOwnDepths) {
     ASSERT_EQ(features.size(), 2u);
     EXPECT_EQ(Values(features[0]), (std::vector<double>{5, 15, 25}));
     EXPECT_EQ(Values(features[1]), (std::vector<double>{30, 10}));  // trailing fill cut
-    EXPECT_EQ(features[1].ObservationValues(0).size, 3);
+    EXPECT_EQ(features[1].ObservationValues(0).Size(), 3);
 }
 
 class TimeSeriesRaggedTest : public ::testing::TestWithParam<std::string> {};
@@ -137,12 +137,12 @@ TEST_P(TimeSeriesRaggedTest, StationsWithTheirRuns) {
         EXPECT_EQ(std::get<std::string>(features[2].OID()), "three");
         EXPECT_EQ(Values(features[0]), (std::vector<double>{0, 1}));
         EXPECT_TRUE(features[1].bEmpty());
-        EXPECT_EQ(features[1].ObservationValues(0).size, 0);
+        EXPECT_EQ(features[1].ObservationValues(0).Size(), 0);
         EXPECT_EQ(Values(features[2]), (std::vector<double>{0, 1, 2}));
         EXPECT_EQ(Values(features[3]), (std::vector<double>{5}));  // trailing fill time cut
         EXPECT_DOUBLE_EQ(features[3].T_or_Z(), 8.0);               // the station's z
         const auto& temp = features[2].ObservationValues(0);
-        ASSERT_EQ(temp.size, 3);
+        ASSERT_EQ(temp.Size(), 3);
         EXPECT_DOUBLE_EQ(std::get<float>(temp[0]), 10.0f);  // 20 * 0.5
         EXPECT_EQ(temp[1].index(), System::eNcEmpty);
         EXPECT_EQ(std::get<signed char>(features[3].ObservationValues(1)[1]), 9);

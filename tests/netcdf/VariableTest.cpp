@@ -76,7 +76,7 @@ TEST_F(VariableTest, PackedArrayIsExpanded) {
     values.Data<short>()[0] = 2;
     values.Data<short>()[1] = 4;
     Var("temp").Unpack(values);
-    EXPECT_EQ(values.elementType, NC_FLOAT);
+    EXPECT_EQ(values.ElementType(), NC_FLOAT);
     EXPECT_FLOAT_EQ(std::get<float>(values[1]), 2.0f);
 }
 
@@ -134,8 +134,8 @@ TEST_F(VariableTest, AttributeValues) {
     EXPECT_EQ(std::get<int32_t>(scalar.AttributeValue("single")), 3);
     const NcVariant rangeValue = scalar.AttributeValue("valid_range");
     const auto& range = std::get<NcVariantArray>(rangeValue);
-    EXPECT_EQ(range.elementType, NC_INT);
-    ASSERT_EQ(range.size, 2);
+    EXPECT_EQ(range.ElementType(), NC_INT);
+    ASSERT_EQ(range.Size(), 2u);
     EXPECT_EQ(std::get<int32_t>(range[0]), 0);
     EXPECT_EQ(std::get<int32_t>(range[1]), 10);
     EXPECT_THROW(scalar.ArrayAttributeValue("valid_range"), std::bad_variant_access);
@@ -152,7 +152,7 @@ TEST_F(VariableTest, AttributeValues) {
     EXPECT_EQ(std::get<std::string>(label.AttributeValue("notes")), "a\nbc\n");
     const NcVariant flagValues = s_groups.at(1)->GetVariable("flags").AttributeValue("flag_values");
     const auto& flags = std::get<NcVariantArray>(flagValues);
-    EXPECT_EQ(flags.elementType, NC_UBYTE);
+    EXPECT_EQ(flags.ElementType(), NC_UBYTE);
     EXPECT_EQ(std::get<unsigned char>(flags[1]), 2);
 }
 

@@ -72,7 +72,7 @@ NcVariant InstanceColumn::Value(NcSlabReader& reader, uint64_t index) {
 
 void InstanceColumn::Load(NcSlabReader& reader, uint64_t index) {
     if (!m_bTypeChecked) {
-        if (m_values.elementType != m_variable.Type()) {
+        if (m_values.ElementType() != m_variable.Type()) {
             throw ZorvoDSG::Exception(ZorvoDSG::eInternalError, L"NetCDFCursorImpl::GetInstanceVar1", reader.Path());
         }
         m_bTypeChecked = true;

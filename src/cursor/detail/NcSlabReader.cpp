@@ -35,10 +35,10 @@ void NcSlabReader::Read(const ZorvoDSG::Variable& variable, std::span<const size
     const int type = variable.Type();
     // NC_CHAR elements are fixed-width runs of characters: the slab's characters are width * elements.
     const size_t cValues = SlabElements(count);
-    const size_t width = type == NC_CHAR && values.stringWidth > 0 ? static_cast<size_t>(values.stringWidth) : 1;
+    const size_t width = type == NC_CHAR && values.StringWidth() > 0 ? values.StringWidth() : 1;
     const size_t cElements = cValues / width;
-    const bool bFits = cElements * width == cValues && cElements <= static_cast<size_t>(values.reserved) &&
-                       values.elementType == type;
+    const bool bFits = cElements * width == cValues && cElements <= values.Reserved() &&
+                       values.ElementType() == type;
     if (!bFits || start.size() != count.size() || type == NC_USHORT) {
         throw Exception(ZorvoDSG::eInternalError, L"NcSlabReader::Read", m_path);
     }

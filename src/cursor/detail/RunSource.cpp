@@ -65,7 +65,7 @@ void RunSource::Read(NcSlabReader& reader, uint64_t instance, NcVariantArray& ou
     SelectColumn(instance);
     const long width = ObservationStringWidth(m_variable);
     const size_t cValues = SlabElements(m_count) / static_cast<size_t>(width);
-    if (out.elementType != m_variable.Type() || out.stringWidth != width) {
+    if (out.ElementType() != m_variable.Type() || out.StringWidth() != static_cast<size_t>(width)) {
         out = NcVariantArray(m_variable.Type(), TypedFill(m_variable), static_cast<long>(cValues), width);
     }
     out.SetReserved(static_cast<long>(cValues));

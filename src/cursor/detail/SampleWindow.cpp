@@ -36,12 +36,12 @@ int StorageType(int type) {
 // Copies `n` slots from slot `first` of `from` into `to`, which has room for them.
 void CopySlots(const NcVariantArray& from, uint64_t first, uint64_t n, NcVariantArray& to) {
     ZorvoDSG::System::VisitNcType(
-        from.elementType,
+        from.ElementType(),
         [&]<typename T>(NcTypeTag<T>) {
             if constexpr (std::is_same_v<T, std::string>) {
                 std::copy_n(from.Data<std::string>() + first, n, to.Data<std::string>());
             } else if constexpr (std::is_same_v<T, ZorvoDSG::System::NcCharSlot>) {
-                const auto width = static_cast<size_t>(from.stringWidth);
+                const auto width = static_cast<size_t>(from.StringWidth());
                 std::memcpy(to.Data<char>(), from.Data<char>() + first * width, n * width);
             } else {
                 std::memcpy(to.Data<T>(), from.Data<T>() + first, n * sizeof(T));
@@ -93,7 +93,7 @@ void SampleWindow::Cover(NcSlabReader& reader, uint64_t first, uint64_t n, bool 
     if (bDoubles == m_bDoublesLoaded && first >= m_first && first + n <= m_first + m_loaded && m_loaded > 0) {
         return;
     }
-    if (m_variable.Type() != m_values.elementType) {
+    if (m_variable.Type() != m_values.ElementType()) {
         throw ZorvoDSG::Exception(ZorvoDSG::eInternalError, L"NetCDFCursorImpl::GetInstanceVar1", reader.Path());
     }
     // At least a block of values, whole elements, never past the end of the axis.
@@ -115,13 +115,13 @@ void SampleWindow::Cover(NcSlabReader& reader, uint64_t first, uint64_t n, bool 
 
 void SampleWindow::Copy(NcSlabReader& reader, uint64_t first, uint64_t n, NcVariantArray& out) {
     const uint64_t cValues = n * m_valuesPerElement;
-    const long cReserve = std::max(out.reserved, static_cast<long>(cValues));
-    if (out.elementType != m_values.elementType || out.stringWidth != m_stringWidth) {
+    const auto cReserve = static_cast<long>(std::max<uint64_t>(out.Reserved(), cValues));
+    if (out.ElementType() != m_values.ElementType() || out.StringWidth() != static_cast<size_t>(m_stringWidth)) {
         // Unpacking re-typed the array (or it was made for another shape): start afresh.
-        out = NcVariantArray(m_values.elementType, TypedFill(m_variable), cReserve, m_stringWidth);
+        out = NcVariantArray(m_values.ElementType(), TypedFill(m_variable), cReserve, m_stringWidth);
     }
     out.SetReserved(cReserve);
-    out.ReInit(static_cast<long>(cValues), m_values.elementType, TypedFill(m_variable));
+    out.ReInit(static_cast<long>(cValues), m_values.ElementType(), TypedFill(m_variable));
     if (cValues == 0) {
         return;
     }
