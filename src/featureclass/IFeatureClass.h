@@ -11,7 +11,7 @@
 #include <zorvodsg/host/Wks.h>
 #include <zorvodsg/netcdf/FeatureType.h>
 #include <zorvodsg/netcdf/Variable.h>
-#include <zorvodsg/values/ZorvoJSONWriter.h>
+#include <zorvodsg/json/ZorvoJSONWriter.h>
 
 namespace ZorvoDSG {
 

@@ -32,6 +32,11 @@ inline std::shared_ptr<ZorvoDSG::BasicFeatureClass> OpenClass(const std::filesys
     return ZorvoDSG::BasicFeatureClass::s_Open(files.back(), hint, nullptr);
 }
 
+// Test names of the classic (first) and netCDF-4 (second) variants of a fixture.
+inline std::string FormatName(const ::testing::TestParamInfo<std::string>& param) {
+    return param.index == 0 ? "classic" : "netcdf4";
+}
+
 // Every feature of a search, each a separate object.
 inline std::vector<std::shared_ptr<ZorvoDSG::Feature>> ReadAll(ZorvoDSG::IFeatureCursor& cursor) {
     std::vector<std::shared_ptr<ZorvoDSG::Feature>> features;

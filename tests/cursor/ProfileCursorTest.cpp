@@ -151,7 +151,7 @@ TEST_P(TimeSeriesRaggedTest, StationsWithTheirRuns) {
 }
 
 INSTANTIATE_TEST_SUITE_P(ClassicAndNetCDF4, TimeSeriesRaggedTest, ::testing::Values("ts_ragged.nc", "ts_ragged_nc4.nc"),
-                         [](const auto& info) { return info.index == 0 ? std::string("classic") : std::string("netcdf4"); });
+                         feature_test::FormatName);
 
 TEST(TimeSeriesRaggedTest, BadRowSizesAreRefused) {
     for (const char* name : {"ts_ragged_negative.nc", "ts_ragged_toolong.nc", "ts_ragged_float.nc"}) {

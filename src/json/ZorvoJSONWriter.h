@@ -1,5 +1,5 @@
 #pragma once
-// The JSON writer every ZorvoJSON and conf.json serialisation writes into: RapidJSON's Writer over a
+// The JSON writer every ZorvoJSON document and conf.json is written into: RapidJSON's Writer over a
 // UTF-8 string buffer with default flags.
 
 #include <rapidjson/stringbuffer.h>
