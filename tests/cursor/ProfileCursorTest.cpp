@@ -158,3 +158,13 @@ TEST(TimeSeriesRaggedTest, BadRowSizesAreRefused) {
         EXPECT_EQ(Code([&] { ReadProfiles(*OpenProfiles(DataPath(name))); }), eNotDSGConformant) << name;
     }
 }
+
+TEST(TimeSeriesProjectedTest, NativeEnvelopeSelectsOneStation) {
+    auto stations = OpenProfiles(ExamplePath("timeseries_projected.nc"));
+    EXPECT_NE(stations->NativeSpatialReference()->WKT().find("Transverse Mercator"), std::string::npos);
+    const auto features = ReadProfiles(*stations, 0, Host::WKSEnvelopeZ(570000, 4800000, std::nan(""), 580000, 4830000, std::nan("")));
+    ASSERT_EQ(features.size(), 1u);
+    EXPECT_EQ(std::get<std::string>(features[0].OID()), "Split");
+    EXPECT_EQ(Values(features[0]), (std::vector<double>{0, 10, 20, 30, 40}));
+    EXPECT_TRUE(std::isnan(features[0].T_or_Z()));  // no vertical coordinate
+}
