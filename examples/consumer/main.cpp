@@ -1,7 +1,31 @@
+// The smallest host: the features of one DSG file, with their position and first attribute value.
 #include <zorvodsg/zorvodsg.h>
+
 #include <iostream>
 
-int main() {
-    ZorvoDSG::Exception e(ZorvoDSG::eVariableNotFound, L"temp", "a.nc");
-    std::wcout << static_cast<const wchar_t*>(e.ToString()) << L'\n';
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::cerr << "usage: consumer FILE.nc\n";
+        return 2;
+    }
+    using namespace ZorvoDSG;
+    s_InitUDUnits2("/usr/share/xml/udunits/udunits2.xml");  // classifies coordinates by their units
+    ZorvoNetCDFDSG::NetCDFWorkspaceLog log;
+    for (const auto& dataset : ZorvoNetCDFDSG::NetCDFFile::s_Open(argv[1], 0, nullptr, log)) {
+        const auto features = BasicFeatureClass::s_Open(dataset, eFeatureUnknown, nullptr);
+        std::vector<std::string> fields;
+        for (const Variable& field : features->InstanceVariables()) {
+            fields.push_back(field.NameWithFullGroupName());
+        }
+        std::cout << features->Name() << ": " << features->cFeatures() << " features\n";
+        const auto cursor = features->Search(SpatialFilter(nullptr, {}, Host::WKSEnvelopeZ(), fields, {}));
+        while (const auto feature = cursor->Next()) {
+            const Host::WKSEnvelopeZ at = feature->Extent();
+            std::cout << feature->InstanceID() << ": " << at.XMin << ", " << at.YMin;
+            if (feature->cInstanceValues() > 0) {
+                std::cout << ", " << fields.front() << " = " << feature->InstanceValue(0);
+            }
+            std::cout << '\n';
+        }
+    }
 }
