@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <zorvodsg/cursor/Feature.h>
+#include <zorvodsg/cursor/GeometryBlock.h>
 #include <zorvodsg/cursor/WKSProfile.h>
 #include <zorvodsg/featureclass/ObservationVariable.h>
 #include <zorvodsg/values/NcVariantArray.h>
@@ -17,12 +18,12 @@ class ProfileFeature : public Feature {
 public:
     ProfileFeature(long reserve, const std::vector<Variable>& instanceVariables,
                    const std::vector<ObservationVariable>& observationVariables);
-    ProfileFeature(const ProfileFeature& other);
-    ProfileFeature& operator=(const ProfileFeature& other);
+    ProfileFeature(const ProfileFeature&) = default;
+    ProfileFeature& operator=(const ProfileFeature&) = default;
 
     // Grows the capacity to `n` (the geometry's contents are not kept); nothing when it suffices.
     void SetReserved(long n);
-    long cReserved() const { return m_reserved; }
+    long cReserved() const { return m_geometry.Capacity(); }
 
     void SetEmpty() override;
     bool bEmpty() const override { return m_geometry->count == 0; }
@@ -41,8 +42,7 @@ public:
 
 private:
     double m_tOrZ = SpaceTime::kMissing;
-    long m_reserved = 0;
-    std::unique_ptr<SpaceTime::WKSProfile> m_geometry;
+    detail::GeometryBlock<SpaceTime::WKSProfile> m_geometry;
     std::vector<System::NcVariantArray> m_observationValues;
 };
 

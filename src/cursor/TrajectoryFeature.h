@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <zorvodsg/cursor/Feature.h>
+#include <zorvodsg/cursor/GeometryBlock.h>
 #include <zorvodsg/cursor/WKSTrajectory.h>
 #include <zorvodsg/featureclass/ObservationVariable.h>
 #include <zorvodsg/values/NcVariantArray.h>
@@ -17,12 +18,12 @@ class TrajectoryFeature : public Feature {
 public:
     TrajectoryFeature(long reserve, const std::vector<Variable>& instanceVariables,
                       const std::vector<ObservationVariable>& observationVariables);
-    TrajectoryFeature(const TrajectoryFeature& other);
-    TrajectoryFeature& operator=(const TrajectoryFeature& other);
+    TrajectoryFeature(const TrajectoryFeature&) = default;
+    TrajectoryFeature& operator=(const TrajectoryFeature&) = default;
 
     // Grows the capacity to `n` (the geometry's contents are not kept); nothing when it suffices.
     void SetReserved(long n);
-    long cReserved() const { return m_reserved; }
+    long cReserved() const { return m_geometry.Capacity(); }
 
     void SetEmpty() override;
     bool bEmpty() const override { return m_geometry->count == 0; }
@@ -39,8 +40,7 @@ public:
     long cObservationArrays() const { return static_cast<long>(m_observationValues.size()); }
 
 private:
-    long m_reserved = 0;
-    std::unique_ptr<SpaceTime::WKSTrajectory> m_geometry;
+    detail::GeometryBlock<SpaceTime::WKSTrajectory> m_geometry;
     std::vector<System::NcVariantArray> m_observationValues;
 };
 

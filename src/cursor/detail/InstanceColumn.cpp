@@ -32,42 +32,49 @@ int StorageType(const ZorvoDSG::Variable& variable) {
     return bStored ? type : NC_DOUBLE;
 }
 
-// Instances to read from `index` on; an index past the dimension is the library's invalid coordinates.
-uint64_t BlockAt(const SlabShape& shape, uint64_t blockSize, uint64_t index, const NcSlabReader& reader) {
-    if (shape.bConstant()) {
+}  // namespace
+
+uint64_t InstanceWindow::Select(uint64_t index, const std::filesystem::path& path) {
+    m_loaded = 0;
+    if (m_shape.bConstant()) {
+        m_first = 0;
         return 1;
     }
-    if (index >= shape.cInstances()) {
-        throw ZorvoDSG::Exception(NC_EINVALCOORDS, L"instance beyond the instance dimension", reader.Path());
+    if (index >= m_shape.cInstances()) {
+        throw ZorvoDSG::Exception(NC_EINVALCOORDS, L"instance beyond the instance dimension", path);
     }
-    return std::min(blockSize, shape.cInstances() - index);
+    const uint64_t n = std::min(m_blockSize, m_shape.cInstances() - index);
+    m_first = index;
+    m_shape.Select(index, n);
+    return n;
 }
 
-uint64_t BlockFor(const SlabShape& shape, uint64_t blockSize) {
-    return shape.bConstant() ? 1 : std::clamp<uint64_t>(std::min(blockSize, shape.cInstances()), 1, blockSize);
+uint64_t InstanceWindow::Capacity() const {
+    return m_shape.bConstant() ? 1 : std::clamp<uint64_t>(std::min(m_blockSize, m_shape.cInstances()), 1, m_blockSize);
 }
 
-}  // namespace
+void InstanceWindow::SetBlockSize(uint64_t blockSize) {
+    m_blockSize = std::max<uint64_t>(blockSize, 1);
+    m_loaded = 0;
+}
 
 InstanceColumn::InstanceColumn(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::Variable& variable,
                                long idInstanceDim, uint64_t blockSize)
     : m_variable(variable),
-      m_shape(dataset, variable, idInstanceDim),
-      m_blockSize(std::max<uint64_t>(blockSize, 1)),
-      m_values(StorageType(variable), ComparedFill(variable, m_shape), static_cast<long>(BlockFor(m_shape, m_blockSize)),
-               static_cast<long>(m_shape.StringWidth())) {}
+      m_window(dataset, variable, idInstanceDim, blockSize),
+      m_values(StorageType(variable), ComparedFill(variable, m_window.Shape()), static_cast<long>(m_window.Capacity()),
+               static_cast<long>(m_window.Shape().StringWidth())) {}
 
 void InstanceColumn::SetBlockSize(uint64_t blockSize) {
-    m_blockSize = std::max<uint64_t>(blockSize, 1);
-    m_values.SetReserved(static_cast<long>(BlockFor(m_shape, m_blockSize)));
-    m_loaded = 0;
+    m_window.SetBlockSize(blockSize);
+    m_values.SetReserved(static_cast<long>(m_window.Capacity()));
 }
 
 NcVariant InstanceColumn::Value(NcSlabReader& reader, uint64_t index) {
-    if (!bLoaded(index)) {
+    if (!m_window.bCovers(index)) {
         Load(reader, index);
     }
-    return m_values[m_shape.bConstant() ? 0 : static_cast<long>(index - m_first)];
+    return m_values[m_window.Slot(index)];
 }
 
 void InstanceColumn::Load(NcSlabReader& reader, uint64_t index) {
@@ -77,31 +84,20 @@ void InstanceColumn::Load(NcSlabReader& reader, uint64_t index) {
         }
         m_bTypeChecked = true;
     }
-    m_loaded = 0;
-    m_first = m_shape.bConstant() ? 0 : index;
-    const uint64_t n = BlockAt(m_shape, m_blockSize, index, reader);
-    m_shape.Select(m_first, n);
-    reader.Read(m_variable, m_shape.Start(), m_shape.Count(), m_values);
-    m_loaded = n;
+    const uint64_t n = m_window.Select(index, reader.Path());
+    reader.Read(m_variable, m_window.Shape().Start(), m_window.Shape().Count(), m_values);
+    m_window.Loaded(n);
 }
 
 CoordinateColumn::CoordinateColumn(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::Variable& variable,
                                    long idInstanceDim, uint64_t blockSize)
-    : m_variable(variable), m_shape(dataset, variable, idInstanceDim), m_blockSize(std::max<uint64_t>(blockSize, 1)) {}
-
-void CoordinateColumn::SetBlockSize(uint64_t blockSize) {
-    m_blockSize = std::max<uint64_t>(blockSize, 1);
-    m_loaded = 0;
-}
+    : m_variable(variable), m_window(dataset, variable, idInstanceDim, blockSize) {}
 
 void CoordinateColumn::Load(NcSlabReader& reader, uint64_t index) {
-    m_loaded = 0;
-    m_first = m_shape.bConstant() ? 0 : index;
-    const uint64_t n = BlockAt(m_shape, m_blockSize, index, reader);
-    m_shape.Select(m_first, n);
-    m_values.resize(static_cast<size_t>(n) * m_shape.StringWidth());
-    reader.ReadDoubles(m_variable, m_shape.Start(), m_shape.Count(), m_values.data());
-    m_loaded = n;
+    const uint64_t n = m_window.Select(index, reader.Path());
+    m_values.resize(static_cast<size_t>(n) * m_window.Shape().StringWidth());
+    reader.ReadDoubles(m_variable, m_window.Shape().Start(), m_window.Shape().Count(), m_values.data());
+    m_window.Loaded(n);
 }
 
 }  // namespace ZorvoNetCDFDSG::detail

@@ -5,6 +5,8 @@
 // along the instance dimension has one value for every instance.
 
 #include <cstdint>
+#include <filesystem>
+#include <vector>
 
 #include <zorvodsg/cursor/detail/NcSlabReader.h>
 #include <zorvodsg/cursor/detail/SlabShape.h>
@@ -12,6 +14,34 @@
 #include <zorvodsg/values/NcVariantArray.h>
 
 namespace ZorvoNetCDFDSG::detail {
+
+// Which block of instances is loaded, and which block to read next.
+class InstanceWindow {
+public:
+    InstanceWindow(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::Variable& variable, long idInstanceDim,
+                   uint64_t blockSize)
+        : m_shape(dataset, variable, idInstanceDim), m_blockSize(blockSize > 0 ? blockSize : 1) {}
+
+    bool bCovers(uint64_t index) const {
+        return m_loaded > 0 && (m_shape.bConstant() || (index >= m_first && index - m_first < m_loaded));
+    }
+    // Points the slab at the block that starts at `index` and returns the instances it holds;
+    // NC_EINVALCOORDS past the instance dimension.
+    uint64_t Select(uint64_t index, const std::filesystem::path& path);
+    // Marks the selected block as read.
+    void Loaded(uint64_t n) { m_loaded = n; }
+    size_t Slot(uint64_t index) const { return m_shape.bConstant() ? 0 : static_cast<size_t>(index - m_first); }
+    // The most instances a block holds.
+    uint64_t Capacity() const;
+    void SetBlockSize(uint64_t blockSize);
+    const SlabShape& Shape() const { return m_shape; }
+
+private:
+    SlabShape m_shape;
+    uint64_t m_blockSize;
+    uint64_t m_first = 0;
+    uint64_t m_loaded = 0;  // instances read, from m_first
+};
 
 class InstanceColumn {
 public:
@@ -24,16 +54,10 @@ public:
     void SetBlockSize(uint64_t blockSize);
 
 private:
-    bool bLoaded(uint64_t index) const {
-        return m_loaded > 0 && (m_shape.bConstant() || (index >= m_first && index - m_first < m_loaded));
-    }
     void Load(NcSlabReader& reader, uint64_t index);
 
     ZorvoDSG::Variable m_variable;
-    SlabShape m_shape;
-    uint64_t m_blockSize;
-    uint64_t m_first = 0;
-    uint64_t m_loaded = 0;  // instances in the array, from m_first
+    InstanceWindow m_window;
     bool m_bTypeChecked = false;
     ZorvoDSG::System::NcVariantArray m_values;
 };
@@ -45,24 +69,18 @@ public:
                      uint64_t blockSize);
 
     double Value(NcSlabReader& reader, uint64_t index) {
-        if (!bLoaded(index)) {
+        if (!m_window.bCovers(index)) {
             Load(reader, index);
         }
-        return m_values[m_shape.bConstant() ? 0 : static_cast<size_t>(index - m_first)];
+        return m_values[m_window.Slot(index)];
     }
-    void SetBlockSize(uint64_t blockSize);
+    void SetBlockSize(uint64_t blockSize) { m_window.SetBlockSize(blockSize); }
 
 private:
-    bool bLoaded(uint64_t index) const {
-        return m_loaded > 0 && (m_shape.bConstant() || (index >= m_first && index - m_first < m_loaded));
-    }
     void Load(NcSlabReader& reader, uint64_t index);
 
     ZorvoDSG::Variable m_variable;
-    SlabShape m_shape;
-    uint64_t m_blockSize;
-    uint64_t m_first = 0;
-    uint64_t m_loaded = 0;
+    InstanceWindow m_window;
     std::vector<double> m_values;
 };
 

@@ -7,23 +7,6 @@ namespace ZorvoNetCDFDSG {
 
 using ZorvoDSG::Variable;
 
-namespace {
-
-std::vector<Variable> SelectByName(const std::vector<std::string>& names, const std::vector<Variable>& available) {
-    std::vector<Variable> selected;
-    for (const std::string& name : names) {
-        for (const Variable& variable : available) {
-            if (variable.NameWithFullGroupName() == name) {
-                selected.push_back(variable);
-                break;
-            }
-        }
-    }
-    return selected;
-}
-
-}  // namespace
-
 NetCDFCursorImpl::NetCDFCursorImpl(std::shared_ptr<ZorvoDSG::IFeatureClass> featureClass,
                                    const ZorvoDSG::SpatialFilter& filter, long idInstanceDim)
     : m_featureClass(std::move(featureClass)),
@@ -35,7 +18,7 @@ NetCDFCursorImpl::NetCDFCursorImpl(std::shared_ptr<ZorvoDSG::IFeatureClass> feat
       m_filter(filter),
       m_ncId(m_featureClass->CFMetadata()->NcID()),
       m_reader(m_ncId, std::filesystem::path(m_featureClass->CFMetadata()->Uri())) {
-    m_instanceVariables = SelectByName(m_filter.InstanceVariables(), m_featureClass->InstanceVariables());
+    m_instanceVariables = s_SelectByName(m_filter.InstanceVariables(), m_featureClass->InstanceVariables());
     m_missing.x = ZorvoDSG::System::s_ToDouble(m_xVariable.FillValue());
     m_missing.y = ZorvoDSG::System::s_ToDouble(m_yVariable.FillValue());
     if (m_featureClass->bHasZs()) {

@@ -62,6 +62,22 @@ protected:
         return *typed;
     }
 
+    // The first variable of `available` with each group-qualified name, in the order of `names`;
+    // names that match nothing are skipped, names given twice select twice.
+    template <class V>
+    static std::vector<V> s_SelectByName(const std::vector<std::string>& names, const std::vector<V>& available) {
+        std::vector<V> selected;
+        for (const std::string& name : names) {
+            for (const V& variable : available) {
+                if (variable.NameWithFullGroupName() == name) {
+                    selected.push_back(variable);
+                    break;
+                }
+            }
+        }
+        return selected;
+    }
+
     // True when the variable's first dimension is `dimId`.
     static bool s_bInstanceDimIsFirst(const ZorvoDSG::Variable& variable, long dimId);
 

@@ -16,20 +16,6 @@ using ZorvoDSG::SpaceTime::kMissing;
 
 namespace {
 
-std::vector<ObservationVariable> SelectObservations(const std::vector<std::string>& names,
-                                                    const std::vector<ObservationVariable>& available) {
-    std::vector<ObservationVariable> selected;
-    for (const std::string& name : names) {
-        for (const ObservationVariable& variable : available) {
-            if (variable.NameWithFullGroupName() == name) {
-                selected.push_back(variable);
-                break;
-            }
-        }
-    }
-    return selected;
-}
-
 // The instance's one time (or z) exists when its variable is a scalar or runs along the instances;
 // a coordinate along the observations has no single value for the instance.
 bool bInstanceLevel(const Variable& variable, long idInstanceDim) {
@@ -47,7 +33,7 @@ NetCDFProfileCursorImpl::NetCDFProfileCursorImpl(std::shared_ptr<ZorvoDSG::Basic
                                                  const ZorvoDSG::SpatialFilter& filter)
     : NetCDFCursorImpl(profileClass, filter, LayoutInstanceDim(*profileClass)),
       m_profileClass(std::move(profileClass)),
-      m_observationVariables(SelectObservations(filter.ObservationVariables(), m_profileClass->ObservationVariables())),
+      m_observationVariables(s_SelectByName(filter.ObservationVariables(), m_profileClass->ObservationVariables())),
       m_bValuesAreZ(m_profileClass->FeatureType() == ZorvoDSG::eFeatureProfile),
       m_oid(*m_profileClass->CFMetadata(), m_oidVariable, LayoutInstanceDim(*m_profileClass), m_blockSize),
       m_x(*m_profileClass->CFMetadata(), m_xVariable, LayoutInstanceDim(*m_profileClass), m_blockSize),
