@@ -98,7 +98,8 @@ void RemoveGroups(const IXMLDOMDocument& ncml, std::vector<GroupRecord>& records
 }  // namespace
 
 std::vector<std::shared_ptr<NetCDFFile>> NetCDFFile::s_Open(const std::filesystem::path& path, long fileId,
-                                                            IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log) {
+                                                            IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+                                                            const OpenOptions& options) {
     std::vector<GroupRecord> records;
     {
         NcFileHandle probe = NcFileHandle::s_Open(path);
@@ -108,7 +109,7 @@ std::vector<std::shared_ptr<NetCDFFile>> NetCDFFile::s_Open(const std::filesyste
         }
         if (groupIds.size() == 1) {
             probe.Close();
-            return {std::make_shared<NetCDFFile>(path, fileId, std::string(), std::string(), ncml, log)};
+            return {std::make_shared<NetCDFFile>(path, fileId, std::string(), std::string(), ncml, log, options)};
         }
         records = GroupRecords(groupIds, path);
     }
@@ -118,13 +119,15 @@ std::vector<std::shared_ptr<NetCDFFile>> NetCDFFile::s_Open(const std::filesyste
     std::vector<std::shared_ptr<NetCDFFile>> files;
     files.reserve(records.size());
     for (const GroupRecord& record : records) {
-        files.push_back(std::make_shared<NetCDFFile>(path, fileId, record.name, record.fullName, ncml, log));
+        files.push_back(
+            std::make_shared<NetCDFFile>(path, fileId, record.name, record.fullName, ncml, log, options));
     }
     return files;
 }
 
 NetCDFFile::NetCDFFile(const std::filesystem::path& path, long fileId, const std::string& groupName,
-                       const std::string& fullGroupName, IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log)
+                       const std::string& fullGroupName, IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+                       const OpenOptions& options)
     : m_globals(this, fullGroupName, Variable::kGlobalsId, "<globals>"),
       m_path(path),
       m_groupName(groupName),
@@ -135,7 +138,7 @@ NetCDFFile::NetCDFFile(const std::filesystem::path& path, long fileId, const std
     CheckCreateAssumedGeographicSR(log);
     ApplyNcML(ncml, log);
     BuildMaps();
-    ClassifyCoordinateVariables(log);
+    ClassifyCoordinateVariables(log, options);
     m_fileId = fileId;
 }
 

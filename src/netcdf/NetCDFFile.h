@@ -11,6 +11,7 @@
 
 #include "netcdf/ICFMetadata.h"
 #include "netcdf/NcFileHandle.h"
+#include "netcdf/OpenOptions.h"
 #include "netcdf/Variable.h"
 #include "values/ILog.h"
 
@@ -24,12 +25,14 @@ public:
     using VariableMap = std::map<long, ZorvoDSG::Variable>;  // ascending id: the file's variable order
 
     // One NetCDFFile for a file without groups, else one per group (depth first, deepest groups
-    // first, the root last), less the groups an NcML document removes.
+    // first, the root last), less the groups an NcML document removes. `options` reach every group.
     static std::vector<std::shared_ptr<NetCDFFile>> s_Open(const std::filesystem::path& path, long fileId,
-                                                           IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
+                                                           IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+                                                           const OpenOptions& options = OpenOptions());
 
     NetCDFFile(const std::filesystem::path& path, long fileId, const std::string& groupName,
-               const std::string& fullGroupName, IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
+               const std::string& fullGroupName, IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+               const OpenOptions& options = OpenOptions());
     NetCDFFile(const NetCDFFile&) = delete;
     NetCDFFile& operator=(const NetCDFFile&) = delete;
     ~NetCDFFile();
@@ -70,7 +73,7 @@ private:
     void ApplyNcML(IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
     void ApplyNcMLToGroup(const IXMLDOMElement& group, ZorvoDSG::System::ILog& log);
     void BuildMaps();
-    void ClassifyCoordinateVariables(ZorvoDSG::System::ILog& log);
+    void ClassifyCoordinateVariables(ZorvoDSG::System::ILog& log, const OpenOptions& options);
 
     VariableMap::iterator TryGetVariableWhileLoading(const std::string& name);
     ZorvoDSG::Variable& GetVariableWhileLoading(long id);
