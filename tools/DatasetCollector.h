@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "DatasetReport.h"
+#include "netcdf/OpenOptions.h"
 
 class IXMLDOMDocument;
 
@@ -11,6 +12,7 @@ namespace zdsg {
 
 // Never throws for anything the file holds: a file the library refuses is reported as refused, and a
 // part of a dataset it cannot describe as an error of that dataset.
-FileReport InspectFile(const std::filesystem::path& path, IXMLDOMDocument* ncml);
+FileReport InspectFile(const std::filesystem::path& path, IXMLDOMDocument* ncml,
+                       const ZorvoNetCDFDSG::OpenOptions& options);
 
 }  // namespace zdsg
