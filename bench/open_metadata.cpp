@@ -15,9 +15,9 @@
 
 #include <unistd.h>
 
-#include "netcdf/NetCDFFile.h"
-#include "spacetime/UnitSystem.h"
-#include "values/NetCDFWorkspaceLog.h"
+#include <zorvodsg/netcdf/NetCDFFile.h>
+#include <zorvodsg/spacetime/UnitSystem.h>
+#include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace {
 

@@ -5,12 +5,16 @@
 #include <memory>
 
 #include "Names.h"
-#include "host/FileTime.h"
-#include "host/Utf8.h"
-#include "netcdf/FeatureType.h"
-#include "netcdf/NetCDFFile.h"
-#include "spacetime/SpaceTimeReference.h"
-#include "values/NetCDFWorkspaceLog.h"
+#include <zorvodsg/host/FileTime.h>
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/netcdf/FeatureType.h>
+#include <zorvodsg/netcdf/NetCDFFile.h>
+#include <zorvodsg/spacetime/SpaceTimeReference.h>
+#include <zorvodsg/values/NetCDFWorkspaceLog.h>
+
+using ZorvoDSG::Host::FileTimeToUInt64;
+using ZorvoDSG::Host::IXMLDOMDocument;
+using ZorvoDSG::Host::WideToUtf8;
 
 namespace zdsg {
 

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "netcdf/OpenOptions.h"
-#include "values/NcVariant.h"
+#include <zorvodsg/netcdf/OpenOptions.h>
+#include <zorvodsg/values/NcVariant.h>
 
 namespace zdsg {
 

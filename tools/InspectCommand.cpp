@@ -12,7 +12,9 @@
 #include "Progress.h"
 #include "TextReport.h"
 #include "UnitDatabase.h"
-#include "workspace/NetCDFWorkspace.h"
+#include <zorvodsg/workspace/NetCDFWorkspace.h>
+
+using ZorvoDSG::Host::IXMLDOMDocumentPtr;
 
 #ifndef ZDSG_VERSION
 #define ZDSG_VERSION "unknown"

@@ -9,8 +9,11 @@
 #include <exception>
 #include <variant>
 
-#include "host/Utf8.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::Utf8ToWide;
+using ZorvoDSG::Host::WideToUtf8;
 
 namespace zdsg {
 

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
-#include "spacetime/CoordinateRoles.h"
-#include "spacetime/eTimeUnit.h"
-#include "values/NcVariant.h"
+#include <zorvodsg/spacetime/CoordinateRoles.h>
+#include <zorvodsg/spacetime/eTimeUnit.h>
+#include <zorvodsg/values/NcVariant.h>
 
 namespace zdsg {
 

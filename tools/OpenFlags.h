@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "netcdf/OpenOptions.h"
+#include <zorvodsg/netcdf/OpenOptions.h>
 
 namespace CLI {
 class App;

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Names.h"
-#include "spacetime/UnitSystem.h"
+#include <zorvodsg/spacetime/UnitSystem.h>
 
 #ifndef ZDSG_DEFAULT_UDUNITS2_XML
 #define ZDSG_DEFAULT_UDUNITS2_XML ""

@@ -3,7 +3,9 @@
 
 #include <string>
 
-#include "host/StringTable.h"
+#include <zorvodsg/host/StringTable.h>
+
+namespace ZorvoDSG::Host {
 
 class BString {
 public:
@@ -26,3 +28,5 @@ public:
 private:
     std::wstring m_text;
 };
+
+}  // namespace ZorvoDSG::Host

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace ZorvoDSG::Host {
+
 struct FILETIME {
     uint32_t dwLowDateTime = 0;
     uint32_t dwHighDateTime = 0;
@@ -19,3 +21,5 @@ inline FILETIME UInt64ToFileTime(uint64_t ticks) {
 inline bool operator==(const FILETIME& a, const FILETIME& b) {
     return a.dwLowDateTime == b.dwLowDateTime && a.dwHighDateTime == b.dwHighDateTime;
 }
+
+}  // namespace ZorvoDSG::Host

@@ -1,8 +1,10 @@
-#include "host/StringTable.h"
+#include <zorvodsg/host/StringTable.h>
 
 #include <algorithm>
 #include <array>
 #include <iterator>
+
+namespace ZorvoDSG::Host {
 
 namespace {
 
@@ -99,3 +101,5 @@ std::wstring LoadResourceString(HMODULE module, int id) {
     }
     return found->text;
 }
+
+}  // namespace ZorvoDSG::Host

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace ZorvoDSG::Host {
+
 struct ResourceModule;
 using HMODULE = const ResourceModule*;
 
@@ -15,3 +17,5 @@ HMODULE LoadLocalizedRes(HMODULE own);
 HMODULE ResourceModuleHandle();
 // Text of a string resource; empty for a missing id or a null module.
 std::wstring LoadResourceString(HMODULE module, int id);
+
+}  // namespace ZorvoDSG::Host

@@ -1,6 +1,8 @@
-#include "host/SystemTime.h"
+#include <zorvodsg/host/SystemTime.h>
 
 #include <chrono>
+
+namespace ZorvoDSG::Host {
 
 bool SystemTimeToFileTime(const SYSTEMTIME& st, FILETIME& ft) {
     using namespace std::chrono;
@@ -19,3 +21,5 @@ bool SystemTimeToFileTime(const SYSTEMTIME& st, FILETIME& ft) {
     ft = UInt64ToFileTime(ticks);
     return true;
 }
+
+}  // namespace ZorvoDSG::Host

@@ -3,7 +3,9 @@
 
 #include <cstdint>
 
-#include "host/FileTime.h"
+#include <zorvodsg/host/FileTime.h>
+
+namespace ZorvoDSG::Host {
 
 struct SYSTEMTIME {
     uint16_t wYear;
@@ -20,3 +22,5 @@ struct SYSTEMTIME {
 // ignored) must lie in its range, the day within its month; otherwise returns false and leaves `ft`
 // unchanged.
 bool SystemTimeToFileTime(const SYSTEMTIME& st, FILETIME& ft);
+
+}  // namespace ZorvoDSG::Host

@@ -1,6 +1,8 @@
-#include "host/Utf8.h"
+#include <zorvodsg/host/Utf8.h>
 
 #include <cstdint>
+
+namespace ZorvoDSG::Host {
 
 namespace {
 
@@ -108,3 +110,5 @@ std::string WideToUtf8(std::wstring_view wide) {
     }
     return out;
 }
+
+}  // namespace ZorvoDSG::Host

@@ -1,8 +1,10 @@
-#include "host/Wks.h"
+#include <zorvodsg/host/Wks.h>
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
+
+namespace ZorvoDSG::Host {
 
 namespace {
 
@@ -100,3 +102,5 @@ bool WKSEnvelopeZ::Contains(const WKSPointZ& point) const {
     return IntervalsIntersect(XMin, XMax, point.x, point.x) && IntervalsIntersect(YMin, YMax, point.y, point.y) &&
            ZRangesIntersect(ZMin, ZMax, point.z, point.z);
 }
+
+}  // namespace ZorvoDSG::Host

@@ -8,6 +8,8 @@
 
 #include <limits>
 
+namespace ZorvoDSG::Host {
+
 struct WKSPoint {
     double x = 0.0;
     double y = 0.0;
@@ -51,3 +53,5 @@ struct WKSEnvelopeZ {
     bool Disjoint(const WKSEnvelopeZ& other) const;
     bool Contains(const WKSPointZ& point) const;
 };
+
+}  // namespace ZorvoDSG::Host

@@ -6,10 +6,12 @@
 #include <variant>
 #include <vector>
 
-#include "host/Utf8.h"
-#include "netcdf/NetCDFFile.h"
-#include "spacetime/TimeUnits.h"
-#include "spacetime/UnitSystem.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/netcdf/NetCDFFile.h>
+#include <zorvodsg/spacetime/TimeUnits.h>
+#include <zorvodsg/spacetime/UnitSystem.h>
+
+using ZorvoDSG::Host::Utf8ToWide;
 
 namespace ZorvoNetCDFDSG {
 

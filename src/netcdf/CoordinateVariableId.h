@@ -1,7 +1,7 @@
 #pragma once
 
-#include "spacetime/CoordinateRoles.h"
-#include "spacetime/TimeReference.h"
+#include <zorvodsg/spacetime/CoordinateRoles.h>
+#include <zorvodsg/spacetime/TimeReference.h>
 
 namespace ZorvoDSG {
 

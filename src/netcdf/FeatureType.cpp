@@ -1,4 +1,4 @@
-#include "netcdf/FeatureType.h"
+#include <zorvodsg/netcdf/FeatureType.h>
 
 #include <array>
 #include <cstdio>
@@ -7,7 +7,7 @@
 #include <string_view>
 #include <variant>
 
-#include "netcdf/NetCDFFile.h"
+#include <zorvodsg/netcdf/NetCDFFile.h>
 
 namespace ZorvoDSG {
 

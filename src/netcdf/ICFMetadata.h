@@ -9,8 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "netcdf/CoordinateVariableId.h"
-#include "netcdf/FeatureType.h"
+#include <zorvodsg/netcdf/CoordinateVariableId.h>
+#include <zorvodsg/netcdf/FeatureType.h>
 
 namespace ZorvoDSG {
 

@@ -1,10 +1,10 @@
-#include "netcdf/NcFileHandle.h"
+#include <zorvodsg/netcdf/NcFileHandle.h>
 
 #include <netcdf.h>
 
 #include <cerrno>
 
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
 
 namespace ZorvoNetCDFDSG {
 

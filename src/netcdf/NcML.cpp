@@ -9,10 +9,14 @@
 #include <string>
 #include <string_view>
 
-#include "host/Utf8.h"
-#include "host/xml/XmlDom.h"
-#include "netcdf/NetCDFFile.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/host/xml/XmlDom.h>
+#include <zorvodsg/netcdf/NetCDFFile.h>
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::IXMLDOMDocument;
+using ZorvoDSG::Host::IXMLDOMElement;
+using ZorvoDSG::Host::WideToUtf8;
 
 namespace ZorvoNetCDFDSG {
 

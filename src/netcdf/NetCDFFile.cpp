@@ -1,4 +1,4 @@
-#include "netcdf/NetCDFFile.h"
+#include <zorvodsg/netcdf/NetCDFFile.h>
 
 #include <netcdf.h>
 
@@ -6,9 +6,14 @@
 #include <string>
 #include <unordered_set>
 
-#include "host/Utf8.h"
-#include "host/xml/XmlDom.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/host/xml/XmlDom.h>
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::IXMLDOMDocument;
+using ZorvoDSG::Host::IXMLDOMElement;
+using ZorvoDSG::Host::Utf8ToWide;
+using ZorvoDSG::Host::WideToUtf8;
 
 namespace ZorvoNetCDFDSG {
 

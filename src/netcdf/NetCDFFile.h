@@ -9,14 +9,16 @@
 #include <string>
 #include <vector>
 
-#include "netcdf/ICFMetadata.h"
-#include "netcdf/NcFileHandle.h"
-#include "netcdf/OpenOptions.h"
-#include "netcdf/Variable.h"
-#include "values/ILog.h"
+#include <zorvodsg/netcdf/ICFMetadata.h>
+#include <zorvodsg/netcdf/NcFileHandle.h>
+#include <zorvodsg/netcdf/OpenOptions.h>
+#include <zorvodsg/netcdf/Variable.h>
+#include <zorvodsg/values/ILog.h>
 
+namespace ZorvoDSG::Host {
 class IXMLDOMDocument;
 class IXMLDOMElement;
+}  // namespace ZorvoDSG::Host
 
 namespace ZorvoNetCDFDSG {
 
@@ -27,11 +29,11 @@ public:
     // One NetCDFFile for a file without groups, else one per group (depth first, deepest groups
     // first, the root last), less the groups an NcML document removes. `options` reach every group.
     static std::vector<std::shared_ptr<NetCDFFile>> s_Open(const std::filesystem::path& path, long fileId,
-                                                           IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+                                                           ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
                                                            const OpenOptions& options = OpenOptions());
 
     NetCDFFile(const std::filesystem::path& path, long fileId, const std::string& groupName,
-               const std::string& fullGroupName, IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+               const std::string& fullGroupName, ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
                const OpenOptions& options = OpenOptions());
     NetCDFFile(const NetCDFFile&) = delete;
     NetCDFFile& operator=(const NetCDFFile&) = delete;
@@ -70,8 +72,8 @@ private:
     void LoadGlobalAttributes();
     void LoadVariables(ZorvoDSG::System::ILog& log, int groupId);
     void CheckCreateAssumedGeographicSR(ZorvoDSG::System::ILog& log);
-    void ApplyNcML(IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
-    void ApplyNcMLToGroup(const IXMLDOMElement& group, ZorvoDSG::System::ILog& log);
+    void ApplyNcML(ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
+    void ApplyNcMLToGroup(const ZorvoDSG::Host::IXMLDOMElement& group, ZorvoDSG::System::ILog& log);
     void BuildMaps();
     void ClassifyCoordinateVariables(ZorvoDSG::System::ILog& log, const OpenOptions& options);
 

@@ -1,4 +1,4 @@
-#include "netcdf/Variable.h"
+#include <zorvodsg/netcdf/Variable.h>
 
 #include <netcdf.h>
 
@@ -7,11 +7,13 @@
 #include <type_traits>
 #include <variant>
 
-#include "host/Utf8.h"
-#include "netcdf/ICFMetadata.h"
-#include "netcdf/detail/NcAttribute.h"
-#include "values/NcTypeDispatch.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/netcdf/ICFMetadata.h>
+#include <zorvodsg/netcdf/detail/NcAttribute.h>
+#include <zorvodsg/values/NcTypeDispatch.h>
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::Utf8ToWide;
 
 namespace ZorvoDSG {
 

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "values/AttributeMap.h"
-#include "values/NcVariant.h"
+#include <zorvodsg/values/AttributeMap.h>
+#include <zorvodsg/values/NcVariant.h>
 
 namespace ZorvoNetCDFDSG {
 class NetCDFFile;

@@ -1,4 +1,4 @@
-#include "spacetime/GridMappingTable.h"
+#include <zorvodsg/spacetime/GridMappingTable.h>
 
 #include <algorithm>
 

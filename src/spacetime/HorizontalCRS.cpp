@@ -5,12 +5,14 @@
 #include <stdexcept>
 #include <variant>
 
-#include "host/Utf8.h"
-#include "host/gk/GkObjectPtr.h"
-#include "spacetime/GridMappingTable.h"
-#include "spacetime/SpaceTimeReference.h"
-#include "spacetime/detail/GkText.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/host/gk/GkObjectPtr.h>
+#include <zorvodsg/spacetime/GridMappingTable.h>
+#include <zorvodsg/spacetime/SpaceTimeReference.h>
+#include <zorvodsg/spacetime/detail/GkText.h>
+#include <zorvodsg/values/Exception.h>
+
+using namespace ZorvoDSG::Host;
 
 namespace ZorvoDSG::SpaceTime {
 

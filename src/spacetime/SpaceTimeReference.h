@@ -12,13 +12,15 @@
 #include <string>
 #include <utility>
 
-#include "spacetime/CoordinateRoles.h"
-#include "spacetime/TimeReference.h"
-#include "values/AttributeMap.h"
-#include "values/NcVariant.h"
+#include <zorvodsg/spacetime/CoordinateRoles.h>
+#include <zorvodsg/spacetime/TimeReference.h>
+#include <zorvodsg/values/AttributeMap.h>
+#include <zorvodsg/values/NcVariant.h>
 
+namespace ZorvoDSG::Host {
 struct gk_object;
 struct gk_parameter;
+}  // namespace ZorvoDSG::Host
 
 namespace ZorvoDSG::System {
 class ILog;
@@ -69,8 +71,8 @@ private:
     // Splits "<authority>:<code>"; a code that cannot be read is 0.
     std::pair<long, std::string> ID(std::string token) const;
     std::string WktToHcsWkt(const std::string& wkt) const;
-    void CheckSetParameter(gk_parameter* parameter, char const* const name) const;
-    void CheckSetParallels(gk_parameter* first, gk_parameter* second, bool bBoth) const;
+    void CheckSetParameter(Host::gk_parameter* parameter, char const* const name) const;
+    void CheckSetParallels(Host::gk_parameter* first, Host::gk_parameter* second, bool bBoth) const;
 
     std::string CFPropertiesToVWKT() const;
     std::string WktToVcsWkt(const std::string& wkt) const;

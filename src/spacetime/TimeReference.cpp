@@ -1,8 +1,12 @@
-#include "spacetime/TimeReference.h"
+#include <zorvodsg/spacetime/TimeReference.h>
 
 #include <cmath>
 #include <limits>
 #include <stdexcept>
+
+using ZorvoDSG::Host::FILETIME;
+using ZorvoDSG::Host::FileTimeToUInt64;
+using ZorvoDSG::Host::UInt64ToFileTime;
 
 namespace ZorvoDSG::SpaceTime {
 

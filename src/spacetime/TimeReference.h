@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "host/FileTime.h"
-#include "spacetime/eTimeUnit.h"
+#include <zorvodsg/host/FileTime.h>
+#include <zorvodsg/spacetime/eTimeUnit.h>
 
 namespace ZorvoDSG::SpaceTime {
 
@@ -12,21 +12,21 @@ namespace ZorvoDSG::SpaceTime {
 class TimeReference {
 public:
     TimeReference() = default;
-    TimeReference(eTimeUnit unit, FILETIME baseTime, double zoneOffsetSeconds);
+    TimeReference(eTimeUnit unit, Host::FILETIME baseTime, double zoneOffsetSeconds);
 
     eTimeUnit timeUnit() const { return unit; }
-    const FILETIME& BaseTime() const { return baseTime; }
+    const Host::FILETIME& BaseTime() const { return baseTime; }
     double ZoneOffsetSeconds() const { return zoneOffsetSeconds; }
 
     // The UTC instant of a coordinate value, to the whole second.
-    FILETIME ToFileTime(double value) const;
+    Host::FILETIME ToFileTime(double value) const;
 
 private:
     // Whole seconds from the reference (two's complement for values before it).
     uint64_t ToSeconds(double value) const;
 
     eTimeUnit unit = eTimeNone;
-    FILETIME baseTime{};
+    Host::FILETIME baseTime{};
     double zoneOffsetSeconds = 0.0;
 };
 

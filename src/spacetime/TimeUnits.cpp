@@ -1,4 +1,4 @@
-#include "spacetime/TimeUnits.h"
+#include <zorvodsg/spacetime/TimeUnits.h>
 
 #include <locale.h>
 
@@ -8,9 +8,14 @@
 #include <cstdio>
 #include <string_view>
 
-#include "host/SystemTime.h"
-#include "host/Utf8.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/SystemTime.h>
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::FILETIME;
+using ZorvoDSG::Host::SYSTEMTIME;
+using ZorvoDSG::Host::SystemTimeToFileTime;
+using ZorvoDSG::Host::Utf8ToWide;
 
 namespace ZorvoDSG::SpaceTime {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "spacetime/TimeReference.h"
+#include <zorvodsg/spacetime/TimeReference.h>
 
 namespace ZorvoDSG::SpaceTime {
 

@@ -1,11 +1,11 @@
-#include "spacetime/UnitSystem.h"
+#include <zorvodsg/spacetime/UnitSystem.h>
 
 #include <locale.h>
 
 #include <atomic>
 
-#include "spacetime/detail/UDUnits.h"
-#include "values/Exception.h"
+#include <zorvodsg/spacetime/detail/UDUnits.h>
+#include <zorvodsg/values/Exception.h>
 
 namespace ZorvoDSG {
 

@@ -4,11 +4,13 @@
 #include <string>
 #include <variant>
 
-#include "host/Utf8.h"
-#include "host/gk/GkObjectPtr.h"
-#include "spacetime/SpaceTimeReference.h"
-#include "spacetime/detail/GkText.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/host/gk/GkObjectPtr.h>
+#include <zorvodsg/spacetime/SpaceTimeReference.h>
+#include <zorvodsg/spacetime/detail/GkText.h>
+#include <zorvodsg/values/Exception.h>
+
+using namespace ZorvoDSG::Host;
 
 namespace ZorvoDSG::SpaceTime {
 

@@ -1,11 +1,13 @@
-#include "spacetime/VerticalUnits.h"
+#include <zorvodsg/spacetime/VerticalUnits.h>
 
 #include <stdexcept>
 
-#include "host/Utf8.h"
-#include "spacetime/UnitSystem.h"
-#include "spacetime/detail/UDUnits.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/spacetime/UnitSystem.h>
+#include <zorvodsg/spacetime/detail/UDUnits.h>
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::Utf8ToWide;
 
 namespace ZorvoDSG::SpaceTime {
 

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "values/NcVariant.h"
+#include <zorvodsg/values/NcVariant.h>
 
 namespace ZorvoDSG::System {
 

@@ -1,11 +1,15 @@
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
 
 #include <netcdf.h>
 
 #include <algorithm>
 #include <iterator>
 
-#include "host/Utf8.h"
+#include <zorvodsg/host/Utf8.h>
+
+using ZorvoDSG::Host::BString;
+using ZorvoDSG::Host::ResourceModuleHandle;
+using ZorvoDSG::Host::Utf8ToWide;
 
 namespace ZorvoDSG {
 

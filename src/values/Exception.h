@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/BString.h"
-#include "values/ErrorCodes.h"
+#include <zorvodsg/host/BString.h>
+#include <zorvodsg/values/ErrorCodes.h>
 
 namespace ZorvoDSG {
 
@@ -23,10 +23,10 @@ public:
     const std::wstring& wsDetail() const { return m_detail; }
 
     // "<text of the code>: <detail>: <path>"
-    BString ToString() const;
+    Host::BString ToString() const;
 
     // The message text of a code: netCDF-C's own for status codes, the string table's otherwise.
-    static BString s_NcErrToWString(long code);
+    static Host::BString s_NcErrToWString(long code);
 
 private:
     std::filesystem::path m_path;

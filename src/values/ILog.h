@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "values/Message.h"
+#include <zorvodsg/values/Message.h>
 
 namespace ZorvoDSG::System {
 

@@ -1,4 +1,4 @@
-#include "values/NcVariant.h"
+#include <zorvodsg/values/NcVariant.h>
 
 #include <cerrno>
 #include <cmath>
@@ -8,8 +8,8 @@
 #include <stdexcept>
 #include <type_traits>
 
-#include "values/Exception.h"
-#include "values/NcTypeDispatch.h"
+#include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcTypeDispatch.h>
 
 namespace ZorvoDSG::System {
 

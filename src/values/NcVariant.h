@@ -54,4 +54,4 @@ std::ostream& operator<<(std::ostream& stream, const NcVariant& value);
 
 }  // namespace ZorvoDSG::System
 
-#include "values/NcVariantArray.h"
+#include <zorvodsg/values/NcVariantArray.h>

@@ -1,4 +1,4 @@
-#include "values/NcVariantArray.h"
+#include <zorvodsg/values/NcVariantArray.h>
 
 #include <algorithm>
 #include <cstring>
@@ -10,8 +10,8 @@
 #include <utility>
 #include <variant>
 
-#include "values/Exception.h"
-#include "values/NcTypeDispatch.h"
+#include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcTypeDispatch.h>
 
 namespace ZorvoDSG::System {
 

@@ -12,7 +12,7 @@
 // std::bad_variant_access for a fill, scale or offset of the wrong alternative, and a thrown
 // `const char*` for the conversions the data cannot undergo ("cannot unpack strings", ...).
 
-#include "values/NcVariant.h"
+#include <zorvodsg/values/NcVariant.h>
 
 namespace ZorvoDSG::System {
 

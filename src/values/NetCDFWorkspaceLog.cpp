@@ -1,4 +1,4 @@
-#include "values/NetCDFWorkspaceLog.h"
+#include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace ZorvoNetCDFDSG {
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "values/ILog.h"
+#include <zorvodsg/values/ILog.h>
 
 namespace ZorvoNetCDFDSG {
 

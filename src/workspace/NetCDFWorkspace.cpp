@@ -1,10 +1,14 @@
-#include "workspace/NetCDFWorkspace.h"
+#include <zorvodsg/workspace/NetCDFWorkspace.h>
 
 #include <fstream>
 #include <string>
 #include <system_error>
 
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::IXMLDOMDocument;
+using ZorvoDSG::Host::IXMLDOMDocumentPtr;
+using ZorvoDSG::Host::XmlParseError;
 
 namespace ZorvoNetCDFDSG {
 

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "host/xml/XmlDom.h"
+#include <zorvodsg/host/xml/XmlDom.h>
 
 namespace ZorvoNetCDFDSG {
 
@@ -13,7 +13,7 @@ public:
     // Opens and parses an NcML document. The extension must be exactly ".xml" or ".ncml".
     // Throws ZorvoDSG::Exception eCannotOpenNcmlFile for another extension or a file that cannot be
     // opened, and eCannotParseNcmlFile ("line: L, char: C, reason") when it is not acceptable XML.
-    static IXMLDOMDocumentPtr s_OpenNcMLDocument(std::filesystem::path path);
+    static ZorvoDSG::Host::IXMLDOMDocumentPtr s_OpenNcMLDocument(std::filesystem::path path);
 };
 
 }  // namespace ZorvoNetCDFDSG

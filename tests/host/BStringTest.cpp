@@ -1,10 +1,17 @@
-#include "host/BString.h"
+#include <zorvodsg/host/BString.h>
 
 #include <gtest/gtest.h>
 
 #include <cwchar>
 
-#include "host/StringTable.h"
+#include <zorvodsg/host/StringTable.h>
+
+using ZorvoDSG::Host::BString;
+using ZorvoDSG::Host::HMODULE;
+using ZorvoDSG::Host::LoadLocalizedRes;
+using ZorvoDSG::Host::LoadResourceString;
+using ZorvoDSG::Host::ResourceModuleHandle;
+using ZorvoDSG::Host::ThisModuleResources;
 
 namespace {
 

@@ -1,6 +1,11 @@
-#include "host/SystemTime.h"
+#include <zorvodsg/host/SystemTime.h>
 
 #include <gtest/gtest.h>
+
+using ZorvoDSG::Host::FILETIME;
+using ZorvoDSG::Host::FileTimeToUInt64;
+using ZorvoDSG::Host::SYSTEMTIME;
+using ZorvoDSG::Host::SystemTimeToFileTime;
 
 namespace {
 

@@ -1,8 +1,11 @@
-#include "host/Utf8.h"
+#include <zorvodsg/host/Utf8.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
+
+using ZorvoDSG::Host::Utf8ToWide;
+using ZorvoDSG::Host::WideToUtf8;
 
 namespace {
 

@@ -1,9 +1,13 @@
-#include "host/Wks.h"
+#include <zorvodsg/host/Wks.h>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
+
+using ZorvoDSG::Host::WKSEnvelope;
+using ZorvoDSG::Host::WKSEnvelopeZ;
+using ZorvoDSG::Host::WKSPointZ;
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <string>
 
 #include "NcFileTestSupport.h"
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
 #include "support/ScratchDir.h"
 
 namespace {

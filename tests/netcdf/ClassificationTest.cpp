@@ -4,7 +4,9 @@
 #include <variant>
 
 #include "netcdf/NcmetaFiles.h"
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::FileTimeToUInt64;
 
 namespace {
 

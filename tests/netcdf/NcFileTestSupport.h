@@ -6,12 +6,15 @@
 #include <string>
 #include <vector>
 
-#include "host/xml/XmlDom.h"
-#include "netcdf/NetCDFFile.h"
-#include "spacetime/UnitSystem.h"
-#include "values/NetCDFWorkspaceLog.h"
+#include <zorvodsg/host/xml/XmlDom.h>
+#include <zorvodsg/netcdf/NetCDFFile.h>
+#include <zorvodsg/spacetime/UnitSystem.h>
+#include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace ncfile_test {
+
+using ZorvoDSG::Host::IXMLDOMDocument;
+using ZorvoDSG::Host::XmlParseError;
 
 inline std::filesystem::path DataPath(const std::string& name) { return std::filesystem::path(ZDSG_TEST_DATA_DIR) / name; }
 

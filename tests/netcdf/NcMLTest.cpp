@@ -5,7 +5,10 @@
 #include <variant>
 
 #include "netcdf/NcmetaFiles.h"
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::IXMLDOMDocument;
+using ZorvoDSG::Host::XmlParseError;
 
 namespace {
 

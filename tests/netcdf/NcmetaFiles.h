@@ -12,6 +12,10 @@
 
 namespace NcmetaTest {
 
+using ZorvoDSG::Host::IXMLDOMDocument;
+using ZorvoDSG::Host::IXMLDOMDocumentPtr;
+using ZorvoDSG::Host::XmlParseError;
+
 using ncfile_test::DataPath;
 
 inline std::filesystem::path SourceDataFile(const std::string& name) {

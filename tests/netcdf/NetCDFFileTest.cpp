@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "NcFileTestSupport.h"
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
 
 namespace {
 

@@ -6,9 +6,14 @@
 #include <string>
 #include <utility>
 
-#include "host/SystemTime.h"
+#include <zorvodsg/host/SystemTime.h>
 #include "netcdf/NcFileTestSupport.h"
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::FILETIME;
+using ZorvoDSG::Host::FileTimeToUInt64;
+using ZorvoDSG::Host::SYSTEMTIME;
+using ZorvoDSG::Host::SystemTimeToFileTime;
 
 namespace {
 

@@ -5,9 +5,14 @@
 #include <ostream>
 #include <string>
 
-#include "host/SystemTime.h"
-#include "spacetime/TimeUnits.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/SystemTime.h>
+#include <zorvodsg/spacetime/TimeUnits.h>
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::FILETIME;
+using ZorvoDSG::Host::FileTimeToUInt64;
+using ZorvoDSG::Host::SYSTEMTIME;
+using ZorvoDSG::Host::SystemTimeToFileTime;
 
 namespace {
 

@@ -7,11 +7,11 @@
 
 #include <proj.h>
 
-#include "host/gk/detail/ProjHandles.h"
+#include <zorvodsg/host/gk/detail/ProjHandles.h>
 
 namespace ZorvoDSGTest {
 
-using gk_detail::PjPtr;
+using ZorvoDSG::Host::gk_detail::PjPtr;
 
 // The CRS of a WKT text or "AUTH:CODE"; fails the test (and returns null) when PROJ refuses it.
 PjPtr ParseCrs(const std::string& text);

@@ -7,9 +7,11 @@
 #include <variant>
 #include <vector>
 
-#include "host/gk/GkObjectPtr.h"
+#include <zorvodsg/host/gk/GkObjectPtr.h>
 #include "spacetime/ProjInspect.h"
 #include "spacetime/StrFixture.h"
+
+using namespace ZorvoDSG::Host;
 
 namespace {
 

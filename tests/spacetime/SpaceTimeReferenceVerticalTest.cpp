@@ -6,11 +6,11 @@
 #include <string>
 #include <variant>
 
-#include "host/gk/GkObjectPtr.h"
+#include <zorvodsg/host/gk/GkObjectPtr.h>
 #include "spacetime/ProjInspect.h"
 #include "spacetime/StrFixture.h"
-#include "spacetime/TimeUnits.h"
-#include "spacetime/UnitSystem.h"
+#include <zorvodsg/spacetime/TimeUnits.h>
+#include <zorvodsg/spacetime/UnitSystem.h>
 
 namespace {
 

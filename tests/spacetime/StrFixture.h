@@ -8,12 +8,14 @@
 #include <string>
 #include <utility>
 
-#include "host/Utf8.h"
-#include "spacetime/SpaceTimeReference.h"
-#include "values/Exception.h"
-#include "values/NetCDFWorkspaceLog.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/spacetime/SpaceTimeReference.h>
+#include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace ZorvoDSGTest {
+
+using ZorvoDSG::Host::WideToUtf8;
 
 using ZorvoDSG::System::AttributeMap;
 using ZorvoDSG::System::NcVariant;

@@ -1,11 +1,16 @@
-#include "spacetime/TimeUnits.h"
+#include <zorvodsg/spacetime/TimeUnits.h>
 
 #include <gtest/gtest.h>
 
 #include <stdexcept>
 
-#include "host/SystemTime.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/SystemTime.h>
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::FILETIME;
+using ZorvoDSG::Host::FileTimeToUInt64;
+using ZorvoDSG::Host::SYSTEMTIME;
+using ZorvoDSG::Host::SystemTimeToFileTime;
 
 namespace {
 

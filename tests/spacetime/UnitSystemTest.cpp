@@ -1,4 +1,4 @@
-#include "spacetime/UnitSystem.h"
+#include <zorvodsg/spacetime/UnitSystem.h>
 
 #include <gtest/gtest.h>
 
@@ -10,9 +10,11 @@
 #include <thread>
 #include <vector>
 
-#include "spacetime/TimeUnits.h"
-#include "spacetime/VerticalUnits.h"
-#include "values/Exception.h"
+#include <zorvodsg/spacetime/TimeUnits.h>
+#include <zorvodsg/spacetime/VerticalUnits.h>
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::FileTimeToUInt64;
 
 namespace {
 

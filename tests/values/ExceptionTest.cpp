@@ -1,10 +1,12 @@
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
 
 #include <gtest/gtest.h>
 #include <netcdf.h>
 
-#include "host/Utf8.h"
-#include "values/NetCDFWorkspaceLog.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/values/NetCDFWorkspaceLog.h>
+
+using ZorvoDSG::Host::Utf8ToWide;
 
 namespace ZorvoNetCDFDSG {
 

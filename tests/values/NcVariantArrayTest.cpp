@@ -1,4 +1,4 @@
-#include "values/NcVariantArray.h"
+#include <zorvodsg/values/NcVariantArray.h>
 
 #include <gtest/gtest.h>
 #include <netcdf.h>
@@ -13,7 +13,7 @@
 #include <variant>
 
 #include "ValueTestHelpers.h"
-#include "values/NcTypeDispatch.h"
+#include <zorvodsg/values/NcTypeDispatch.h>
 
 namespace ZorvoDSG::System {
 namespace {

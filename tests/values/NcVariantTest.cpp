@@ -1,4 +1,4 @@
-#include "values/NcVariant.h"
+#include <zorvodsg/values/NcVariant.h>
 
 #include <gtest/gtest.h>
 #include <netcdf.h>

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
 
 namespace ZorvoDSG::Testing {
 

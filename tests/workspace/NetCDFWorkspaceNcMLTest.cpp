@@ -1,4 +1,4 @@
-#include "workspace/NetCDFWorkspace.h"
+#include <zorvodsg/workspace/NetCDFWorkspace.h>
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 #include <unistd.h>
 
-#include "values/Exception.h"
+#include <zorvodsg/values/Exception.h>
 #include "support/ScratchDir.h"
 
 using ZorvoNetCDFDSG::NetCDFWorkspace;

@@ -46,6 +46,8 @@
 
 #include <string>
 
+namespace ZorvoDSG::Host {
+
 struct gk_object;
 struct gk_parameter;
 
@@ -154,3 +156,5 @@ int gk_vertcs_model(gk_object const* vertcs);
 // Lifetime.
 gk_object* gk_object_clone(gk_object const* object);
 void gk_object_del(gk_object* object);
+
+}  // namespace ZorvoDSG::Host

@@ -6,8 +6,10 @@
 #include <cmath>
 #include <memory>
 
-#include "host/gk/Gk.h"
-#include "host/gk/detail/GkCommon.h"
+#include <zorvodsg/host/gk/Gk.h>
+#include <zorvodsg/host/gk/detail/GkCommon.h>
+
+namespace ZorvoDSG::Host {
 
 using namespace gk_detail;
 
@@ -123,3 +125,5 @@ gk_object* gk_vertcs_new(std::string const& name, gk_object* vdatum, gk_object c
         proj_get_id_code(datum, 0), unit != nullptr ? unit->name().c_str() : kMetre,
         unit != nullptr ? unit->factor() : 1.0, nullptr, nullptr, nullptr, nullptr, nullptr)));
 }
+
+}  // namespace ZorvoDSG::Host

@@ -3,8 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "host/gk/Gk.h"
-#include "host/gk/detail/GkCommon.h"
+#include <zorvodsg/host/gk/Gk.h>
+#include <zorvodsg/host/gk/detail/GkCommon.h>
+
+namespace ZorvoDSG::Host {
 
 using namespace gk_detail;
 
@@ -116,3 +118,5 @@ gk_object* gk_factory_projection(int code) {
     }
     return projection.release();
 }
+
+}  // namespace ZorvoDSG::Host

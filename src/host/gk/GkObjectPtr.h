@@ -3,7 +3,9 @@
 
 #include <memory>
 
-#include "host/gk/Gk.h"
+#include <zorvodsg/host/gk/Gk.h>
+
+namespace ZorvoDSG::Host {
 
 struct GkObjectDeleter {
     void operator()(gk_object* object) const noexcept { gk_object_del(object); }
@@ -15,3 +17,5 @@ using GkObjectPtr = std::unique_ptr<gk_object, GkObjectDeleter>;
 inline GkObjectPtr GkCloneOf(gk_object const* borrowed) {
     return GkObjectPtr(gk_object_clone(borrowed));
 }
+
+}  // namespace ZorvoDSG::Host

@@ -3,8 +3,10 @@
 #include <cmath>
 #include <limits>
 
-#include "host/gk/Gk.h"
-#include "host/gk/detail/GkCommon.h"
+#include <zorvodsg/host/gk/Gk.h>
+#include <zorvodsg/host/gk/detail/GkCommon.h>
+
+namespace ZorvoDSG::Host {
 
 using namespace gk_detail;
 
@@ -129,3 +131,5 @@ double gk_spheroid_flattening(gk_object const* spheroid) {
     }
     return parameters.inverseFlattening == 0.0 ? 0.0 : 1.0 / parameters.inverseFlattening;
 }
+
+}  // namespace ZorvoDSG::Host

@@ -3,8 +3,10 @@
 #include <cmath>
 #include <string>
 
-#include "host/gk/Gk.h"
-#include "host/gk/detail/GkCommon.h"
+#include <zorvodsg/host/gk/Gk.h>
+#include <zorvodsg/host/gk/detail/GkCommon.h>
+
+namespace ZorvoDSG::Host {
 
 using namespace gk_detail;
 
@@ -178,3 +180,5 @@ gk_object* gk_projcs_new(std::string const& name, gk_object const* geogcs, gk_ob
     }
     return Wrap(std::move(crs));
 }
+
+}  // namespace ZorvoDSG::Host

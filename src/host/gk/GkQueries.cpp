@@ -4,8 +4,10 @@
 #include <cctype>
 #include <string>
 
-#include "host/gk/Gk.h"
-#include "host/gk/detail/GkCommon.h"
+#include <zorvodsg/host/gk/Gk.h>
+#include <zorvodsg/host/gk/detail/GkCommon.h>
+
+namespace ZorvoDSG::Host {
 
 using namespace gk_detail;
 
@@ -78,3 +80,5 @@ gk_object* gk_object_clone(gk_object const* object) {
 void gk_object_del(gk_object* object) {
     delete object;
 }
+
+}  // namespace ZorvoDSG::Host

@@ -3,9 +3,11 @@
 #include <cstdio>
 #include <string>
 
-#include "host/gk/Gk.h"
-#include "host/gk/detail/GkCommon.h"
-#include "host/gk/detail/GkErrors.h"
+#include <zorvodsg/host/gk/Gk.h>
+#include <zorvodsg/host/gk/detail/GkCommon.h>
+#include <zorvodsg/host/gk/detail/GkErrors.h>
+
+namespace ZorvoDSG::Host {
 
 using namespace gk_detail;
 
@@ -138,3 +140,5 @@ bool gk_last_error_text(std::string& buffer) {
     buffer = LastError();
     return !buffer.empty();
 }
+
+}  // namespace ZorvoDSG::Host

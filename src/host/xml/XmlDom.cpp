@@ -1,4 +1,4 @@
-#include "host/xml/XmlDom.h"
+#include <zorvodsg/host/xml/XmlDom.h>
 
 #include <algorithm>
 #include <climits>
@@ -10,8 +10,10 @@
 #include <libxml/xmlerror.h>
 #include <libxml/xpathInternals.h>
 
-#include "host/Utf8.h"
-#include "host/xml/detail/LibXml.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/host/xml/detail/LibXml.h>
+
+namespace ZorvoDSG::Host {
 
 using namespace XmlDetail;
 
@@ -263,3 +265,5 @@ IXMLDOMElement IXMLDOMDocument::DocumentElement() const {
 std::vector<IXMLDOMElement> IXMLDOMDocument::SelectNodes(const std::string& xpath) const {
     return Select(m_doc, reinterpret_cast<xmlNode*>(m_doc), xpath);
 }
+
+}  // namespace ZorvoDSG::Host

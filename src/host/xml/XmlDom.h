@@ -16,6 +16,8 @@
 struct _xmlDoc;
 struct _xmlNode;
 
+namespace ZorvoDSG::Host {
+
 class IXMLDOMDocument;
 
 // A borrowed view of one element; valid while its document lives.
@@ -69,3 +71,5 @@ private:
 };
 
 using IXMLDOMDocumentPtr = std::shared_ptr<IXMLDOMDocument>;
+
+}  // namespace ZorvoDSG::Host

@@ -1,4 +1,4 @@
-#include "netcdf/detail/NcAttribute.h"
+#include <zorvodsg/netcdf/detail/NcAttribute.h>
 
 #include <netcdf.h>
 
@@ -9,9 +9,11 @@
 #include <stdexcept>
 #include <vector>
 
-#include "host/Utf8.h"
-#include "values/NcTypeDispatch.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/values/NcTypeDispatch.h>
+#include <zorvodsg/values/Exception.h>
+
+using ZorvoDSG::Host::Utf8ToWide;
 
 namespace ZorvoNetCDFDSG::detail {
 

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "values/NcVariant.h"
+#include <zorvodsg/values/NcVariant.h>
 
 namespace ZorvoNetCDFDSG::detail {
 

@@ -1,9 +1,11 @@
-#include "spacetime/detail/GkText.h"
+#include <zorvodsg/spacetime/detail/GkText.h>
 
 #include <stdexcept>
 
-#include "host/Utf8.h"
-#include "values/Exception.h"
+#include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/values/Exception.h>
+
+using namespace ZorvoDSG::Host;
 
 namespace ZorvoDSG::SpaceTime::detail {
 

@@ -4,17 +4,17 @@
 
 #include <string>
 
-#include "host/gk/GkObjectPtr.h"
+#include <zorvodsg/host/gk/GkObjectPtr.h>
 
 namespace ZorvoDSG::SpaceTime::detail {
 
 // The object's WKT. An object gk cannot print is a broken invariant (std::runtime_error).
-std::string GkWkt(gk_object const* object);
+std::string GkWkt(Host::gk_object const* object);
 
 // The object parsed from `wkt`; Exception eBadWKT "<gk error text>: <wkt>" when gk refuses it.
-GkObjectPtr GkParseWkt(const std::string& wkt);
+Host::GkObjectPtr GkParseWkt(const std::string& wkt);
 
 // Checks an object gk has just built: a null one raises std::runtime_error "<what>: <gk's reason>".
-GkObjectPtr GkRequire(gk_object* object, const char* what);
+Host::GkObjectPtr GkRequire(Host::gk_object* object, const char* what);
 
 }  // namespace ZorvoDSG::SpaceTime::detail

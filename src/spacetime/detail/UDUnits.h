@@ -7,7 +7,7 @@
 #include <mutex>
 #include <string>
 
-#include "spacetime/UnitSystem.h"
+#include <zorvodsg/spacetime/UnitSystem.h>
 
 namespace ZorvoDSG::SpaceTime::detail {
 

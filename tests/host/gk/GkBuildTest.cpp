@@ -5,6 +5,8 @@
 
 #include "GkTestSupport.h"
 
+using namespace ZorvoDSG::Host;
+
 using gktest::Name;
 using gktest::Wkt;
 

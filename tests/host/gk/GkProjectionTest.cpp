@@ -6,6 +6,8 @@
 
 #include "GkTestSupport.h"
 
+using namespace ZorvoDSG::Host;
+
 using gktest::Wkt;
 
 namespace {

@@ -8,10 +8,12 @@
 #include <optional>
 #include <string>
 
-#include "host/gk/GkObjectPtr.h"
-#include "host/gk/detail/ProjHandles.h"
+#include <zorvodsg/host/gk/GkObjectPtr.h>
+#include <zorvodsg/host/gk/detail/ProjHandles.h>
 
 namespace gktest {
+
+using namespace ZorvoDSG::Host;
 
 using Pj = gk_detail::PjPtr;
 

@@ -4,6 +4,8 @@
 
 #include "GkTestSupport.h"
 
+using namespace ZorvoDSG::Host;
+
 using gktest::Name;
 using gktest::Wkt;
 

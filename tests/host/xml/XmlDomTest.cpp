@@ -1,4 +1,4 @@
-#include "host/xml/XmlDom.h"
+#include <zorvodsg/host/xml/XmlDom.h>
 
 #include "support/ScratchDir.h"
 
@@ -10,6 +10,11 @@
 #include <thread>
 
 #include <unistd.h>
+
+using ZorvoDSG::Host::IXMLDOMDocument;
+using ZorvoDSG::Host::IXMLDOMDocumentPtr;
+using ZorvoDSG::Host::IXMLDOMElement;
+using ZorvoDSG::Host::XmlParseError;
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "host/gk/detail/GkCommon.h"
+#include <zorvodsg/host/gk/detail/GkCommon.h>
 
-#include "host/gk/detail/GkErrors.h"
+#include <zorvodsg/host/gk/detail/GkErrors.h>
 
-namespace gk_detail {
+namespace ZorvoDSG::Host::gk_detail {
 
 PJ_CONTEXT* BeginCall() {
     ProjContext& context = *ProjContext::Current();
@@ -85,4 +85,4 @@ bool ReadEllipsoid(PJ_CONTEXT* ctx, PJ const* ellipsoid, EllipsoidParameters& ou
     return true;
 }
 
-}  // namespace gk_detail
+}  // namespace ZorvoDSG::Host::gk_detail

@@ -4,10 +4,10 @@
 #include <initializer_list>
 #include <string>
 
-#include "host/gk/detail/GkObject.h"
-#include "host/gk/detail/ProjHandles.h"
+#include <zorvodsg/host/gk/detail/GkObject.h>
+#include <zorvodsg/host/gk/detail/ProjHandles.h>
 
-namespace gk_detail {
+namespace ZorvoDSG::Host::gk_detail {
 
 inline constexpr char const* kDegree = "degree";
 inline constexpr double kDegreeToRadian = 0.0174532925199433;
@@ -45,4 +45,4 @@ bool ReadEllipsoid(PJ_CONTEXT* ctx, PJ const* ellipsoid, EllipsoidParameters& ou
 PjPtr ProjectionConversion(PJ_CONTEXT* ctx, GkProjection const& block, gk_parameter* const* params,
                            char const* linearName, double linearFactor);
 
-}  // namespace gk_detail
+}  // namespace ZorvoDSG::Host::gk_detail

@@ -1,13 +1,13 @@
-#include "host/gk/detail/GkErrors.h"
+#include <zorvodsg/host/gk/detail/GkErrors.h>
 
 #include <algorithm>
 #include <array>
 #include <limits>
 #include <mutex>
 
-#include "host/gk/detail/ProjContext.h"
+#include <zorvodsg/host/gk/detail/ProjContext.h>
 
-namespace gk_detail {
+namespace ZorvoDSG::Host::gk_detail {
 
 namespace {
 
@@ -76,4 +76,4 @@ std::string const& LastError() {
     return t_lastError;
 }
 
-}  // namespace gk_detail
+}  // namespace ZorvoDSG::Host::gk_detail

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace gk_detail {
+namespace ZorvoDSG::Host::gk_detail {
 
 // Stores text under a new error number (kept for the last few hundred failures of the process).
 int RecordError(std::string text);
@@ -15,4 +15,4 @@ void SetLastError(std::string text);
 // The calling thread's last-failure text; empty when none.
 std::string const& LastError();
 
-}  // namespace gk_detail
+}  // namespace ZorvoDSG::Host::gk_detail

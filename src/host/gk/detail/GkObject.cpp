@@ -1,10 +1,10 @@
-#include "host/gk/detail/GkObject.h"
+#include <zorvodsg/host/gk/detail/GkObject.h>
 
 #include <cmath>
 #include <initializer_list>
 #include <limits>
 
-namespace gk_detail {
+namespace ZorvoDSG::Host::gk_detail {
 
 namespace {
 
@@ -98,4 +98,4 @@ gk_object* Wrap(PjPtr pj) {
     return new GkProj(std::move(pj));
 }
 
-}  // namespace gk_detail
+}  // namespace ZorvoDSG::Host::gk_detail

@@ -6,9 +6,11 @@
 #include <memory>
 #include <string>
 
-#include "host/gk/Gk.h"
-#include "host/gk/detail/ProjContext.h"
-#include "host/gk/detail/ProjHandles.h"
+#include <zorvodsg/host/gk/Gk.h>
+#include <zorvodsg/host/gk/detail/ProjContext.h>
+#include <zorvodsg/host/gk/detail/ProjHandles.h>
+
+namespace ZorvoDSG::Host {
 
 struct gk_parameter {
     double value = 0.0;
@@ -83,3 +85,5 @@ PJ* AsPj(gk_object const* object) noexcept;
 gk_object* Wrap(PjPtr pj);
 
 }  // namespace gk_detail
+
+}  // namespace ZorvoDSG::Host

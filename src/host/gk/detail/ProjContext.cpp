@@ -1,9 +1,9 @@
-#include "host/gk/detail/ProjContext.h"
+#include <zorvodsg/host/gk/detail/ProjContext.h>
 
 #include <algorithm>
 #include <new>
 
-namespace gk_detail {
+namespace ZorvoDSG::Host::gk_detail {
 
 namespace {
 // Bounds the text kept from a chatty operation.
@@ -44,4 +44,4 @@ void ProjContext::Log(void* self, int /*level*/, char const* message) {
                                             kMaxLog - context->m_log.size()));
 }
 
-}  // namespace gk_detail
+}  // namespace ZorvoDSG::Host::gk_detail

@@ -6,7 +6,7 @@
 
 #include <proj.h>
 
-namespace gk_detail {
+namespace ZorvoDSG::Host::gk_detail {
 
 class ProjContext {
 public:
@@ -34,4 +34,4 @@ private:
 // Shorthand for the current thread's raw context.
 inline PJ_CONTEXT* Ctx() { return ProjContext::Current()->get(); }
 
-}  // namespace gk_detail
+}  // namespace ZorvoDSG::Host::gk_detail

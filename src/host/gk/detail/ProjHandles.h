@@ -6,7 +6,7 @@
 #include <proj.h>
 #include <proj_experimental.h>
 
-namespace gk_detail {
+namespace ZorvoDSG::Host::gk_detail {
 
 struct PjDeleter {
     void operator()(PJ* p) const noexcept { proj_destroy(p); }
@@ -23,4 +23,4 @@ struct PjStringListDeleter {
 };
 using PjStringListPtr = std::unique_ptr<char*, PjStringListDeleter>;
 
-}  // namespace gk_detail
+}  // namespace ZorvoDSG::Host::gk_detail

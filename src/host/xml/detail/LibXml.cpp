@@ -1,10 +1,10 @@
-#include "host/xml/detail/LibXml.h"
+#include <zorvodsg/host/xml/detail/LibXml.h>
 
 #include <mutex>
 
 #include <libxml/xmlerror.h>
 
-namespace XmlDetail {
+namespace ZorvoDSG::Host::XmlDetail {
 
 namespace {
 
@@ -34,4 +34,4 @@ void EnsureLibXml() {
     }
 }
 
-}  // namespace XmlDetail
+}  // namespace ZorvoDSG::Host::XmlDetail

@@ -7,7 +7,7 @@
 #include <libxml/xmlmemory.h>
 #include <libxml/xpath.h>
 
-namespace XmlDetail {
+namespace ZorvoDSG::Host::XmlDetail {
 
 struct DocDeleter {
     void operator()(xmlDoc* doc) const { xmlFreeDoc(doc); }
@@ -38,4 +38,4 @@ void EnsureLibXml();
 // A structured error handler that drops everything; errors are read back from the contexts.
 void IgnoreStructuredError(void* userData, xmlError* error);
 
-}  // namespace XmlDetail
+}  // namespace ZorvoDSG::Host::XmlDetail
