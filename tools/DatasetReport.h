@@ -40,7 +40,7 @@ struct VariableReport {
 struct DimensionReport {
     long id = 0;
     std::string name;
-    uint64_t length = 0;
+    size_t length = 0;
 };
 
 struct CfRoleReport {

@@ -55,7 +55,7 @@ void Value(Writer& w, const ZorvoDSG::System::NcVariant& value);
 
 void Array(Writer& w, const ZorvoDSG::System::NcVariantArray& values) {
     w.StartArray();
-    for (long i = 0; i < values.size; ++i) {
+    for (size_t i = 0; i < values.Size(); ++i) {
         Value(w, values[i]);
     }
     w.EndArray();

@@ -144,15 +144,15 @@ std::string QuotedText(const std::string& text) {
 
 std::string ArrayText(const ZorvoDSG::System::NcVariantArray& values) {
     std::string out = "[";
-    constexpr long kShown = 16;
-    for (long i = 0; i < values.size && i < kShown; ++i) {
+    constexpr size_t kShown = 16;
+    for (size_t i = 0; i < values.Size() && i < kShown; ++i) {
         if (i != 0) {
             out += ", ";
         }
         out += ValueText(values[i]);
     }
-    if (values.size > kShown) {
-        out += ", ... (" + std::to_string(values.size) + " values)";
+    if (values.Size() > kShown) {
+        out += ", ... (" + std::to_string(values.Size()) + " values)";
     }
     return out + "]";
 }

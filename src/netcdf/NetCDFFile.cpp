@@ -242,7 +242,7 @@ ZorvoDSG::Variable& NetCDFFile::GetVariable(long varId) {
     return it->second;
 }
 
-uint64_t NetCDFFile::DimLen(long dimId) const {
+size_t NetCDFFile::DimLen(long dimId) const {
     // The group id as it is: a disconnected file gets the library's own status, not "closed file".
     size_t length = 0;
     Check(nc_inq_dimlen(m_groupId, static_cast<int>(dimId), &length),

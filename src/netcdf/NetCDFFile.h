@@ -40,7 +40,7 @@ public:
     ~NetCDFFile();
 
     ZorvoDSG::eFeatureType FeatureType() const override;
-    uint64_t DimLen(long dimId) const override;
+    size_t DimLen(long dimId) const override;
     ZorvoDSG::Variable& GetVariable(const std::string& name) override;
     ZorvoDSG::Variable& GetVariable(long varId) override;
     std::string Uri() const override;

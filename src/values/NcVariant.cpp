@@ -71,15 +71,15 @@ T FromDouble(double value) {
 }
 
 bool ArraysEqual(const NcVariantArray& a, const NcVariantArray& b) {
-    if (a.elementType != b.elementType || a.size != b.size) {
+    if (a.ElementType() != b.ElementType() || a.Size() != b.Size()) {
         return false;
     }
     const bool bReadable = VisitNcType(
-        a.elementType, []<typename T>(NcTypeTag<T>) { return true; }, [] { return false; });
+        a.ElementType(), []<typename T>(NcTypeTag<T>) { return true; }, [] { return false; });
     if (!bReadable) {
         return true;  // no element can be read; type and size are all there is
     }
-    for (long i = 0; i < a.size; ++i) {
+    for (size_t i = 0; i < a.Size(); ++i) {
         const NcVariant x = a[i];
         const NcVariant y = b[i];
         if (x.index() != y.index() || !(x == y)) {
@@ -197,7 +197,7 @@ std::ostream& operator<<(std::ostream& stream, const NcVariant& value) {
         case eNcArray: {
             const auto& array = std::get<eNcArray>(value);
             stream << '{';
-            for (long i = 0; i < array.size; ++i) {
+            for (size_t i = 0; i < array.Size(); ++i) {
                 if (i > 0) {
                     stream << ", ";
                 }

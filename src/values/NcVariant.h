@@ -14,7 +14,7 @@
 
 namespace ZorvoDSG::System {
 
-struct NcVariantArray;
+class NcVariantArray;
 
 using NcScalar = std::variant<std::monostate, unsigned char, signed char, short, int32_t, uint32_t, int64_t,
                               uint64_t, float, double, std::string>;

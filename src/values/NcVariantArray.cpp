@@ -12,10 +12,14 @@
 
 #include <zorvodsg/values/Exception.h>
 #include <zorvodsg/values/NcTypeDispatch.h>
+#include <zorvodsg/values/Size.h>
+#include <zorvodsg/values/detail/Rescale.h>
 
 namespace ZorvoDSG::System {
 
 namespace {
+
+using detail::Rescale;
 
 constexpr std::align_val_t kAlignment{16};
 // Larger requests are treated as exhausted memory: no dataset needs them, and some allocators
@@ -30,12 +34,12 @@ bool bSupportedType(int type) {
 }
 
 // Bytes of one slot of `type`; 0 for unsupported types.
-size_t SlotBytes(int type, long stringWidth) {
+size_t SlotBytes(int type, size_t stringWidth) {
     return VisitNcType(
         type,
         [stringWidth]<typename T>(NcTypeTag<T>) -> size_t {
             if constexpr (std::is_same_v<T, NcCharSlot>) {
-                return stringWidth < 0 ? SIZE_MAX : static_cast<size_t>(stringWidth);
+                return stringWidth;
             } else {
                 return sizeof(T);
             }
@@ -44,15 +48,17 @@ size_t SlotBytes(int type, long stringWidth) {
 }
 
 // Byte count of `cSlots` slots, clamped so that an overflowing count fails as exhausted memory.
-size_t BufferBytes(long cSlots, size_t slotBytes) {
-    if (cSlots <= 0) {
-        return 0;
+size_t BufferBytes(size_t cSlots, size_t slotBytes) {
+    size_t bytes = 0;
+    return TryMultiply(cSlots, slotBytes, bytes) ? bytes : SIZE_MAX;
+}
+
+// A count passed in by a caller; negative ones are misuse.
+size_t CountOf(long count) {
+    if (count < 0) {
+        ThrowInternal(L"invalid use of NcVariantArray");
     }
-    const auto slots = static_cast<size_t>(cSlots);
-    if (slotBytes != 0 && slots > SIZE_MAX / slotBytes) {
-        return SIZE_MAX;
-    }
-    return slots * slotBytes;
+    return static_cast<size_t>(count);
 }
 
 void* AllocateAligned(size_t bytes) {
@@ -67,7 +73,7 @@ void FreeAligned(void* block) noexcept { ::operator delete(block, kAlignment); }
 // An aligned block owned until installed into an array; null only for zero slots, so that a
 // reservation always yields a buffer even when its slots have no bytes (NC_CHAR of width 0).
 struct AlignedBlock {
-    AlignedBlock(long cSlots, size_t slotBytes)
+    AlignedBlock(size_t cSlots, size_t slotBytes)
         : bytes(BufferBytes(cSlots, slotBytes)), block(cSlots > 0 ? AllocateAligned(bytes) : nullptr) {}
     AlignedBlock(const AlignedBlock&) = delete;
     AlignedBlock& operator=(const AlignedBlock&) = delete;
@@ -82,29 +88,16 @@ struct AlignedBlock {
     void* block;
 };
 
-// unpacked = packed * scale + offset in the element type; integers wrap around modulo their width.
 template <typename T>
-T Rescale(T value, T scale, T offset) {
-    if constexpr (std::is_floating_point_v<T>) {
-        return value * scale + offset;
-    } else {
-        // Unsigned arithmetic at least as wide as int: defined wrap-around, no promotion to signed int.
-        using W = std::conditional_t<(sizeof(T) < sizeof(unsigned)), unsigned, std::make_unsigned_t<T>>;
-        return static_cast<T>(static_cast<W>(static_cast<W>(value) * static_cast<W>(scale)) +
-                              static_cast<W>(offset));
-    }
-}
-
-template <typename T>
-void RescaleInPlace(T* data, long count, T scale, T offset) {
-    for (long i = 0; i < count; ++i) {
+void RescaleInPlace(T* data, size_t count, T scale, T offset) {
+    for (size_t i = 0; i < count; ++i) {
         data[i] = Rescale(data[i], scale, offset);
     }
 }
 
 template <typename T>
-void RescaleInPlace(T* data, long count, T scale, T offset, T fill) {
-    for (long i = 0; i < count; ++i) {
+void RescaleInPlace(T* data, size_t count, T scale, T offset, T fill) {
+    for (size_t i = 0; i < count; ++i) {
         if (!(data[i] == fill)) {
             data[i] = Rescale(data[i], scale, offset);
         }
@@ -112,15 +105,15 @@ void RescaleInPlace(T* data, long count, T scale, T offset, T fill) {
 }
 
 template <typename Src, typename Dst>
-void Expand(const Src* source, Dst* target, long count, Dst scale, Dst offset) {
-    for (long i = 0; i < count; ++i) {
+void Expand(const Src* source, Dst* target, size_t count, Dst scale, Dst offset) {
+    for (size_t i = 0; i < count; ++i) {
         target[i] = static_cast<Dst>(source[i]) * scale + offset;
     }
 }
 
 template <typename Src, typename Dst>
-void Expand(const Src* source, Dst* target, long count, Dst scale, Dst offset, Src fill, Dst fillOut) {
-    for (long i = 0; i < count; ++i) {
+void Expand(const Src* source, Dst* target, size_t count, Dst scale, Dst offset, Src fill, Dst fillOut) {
+    for (size_t i = 0; i < count; ++i) {
         target[i] = source[i] == fill ? fillOut : static_cast<Dst>(source[i]) * scale + offset;
     }
 }
@@ -128,7 +121,7 @@ void Expand(const Src* source, Dst* target, long count, Dst scale, Dst offset, S
 // Expands the first `count` slots of `source` (element type `sourceType`) into a new buffer of
 // `reserved` slots of Dst and returns it; replaces `fill` by its converted value.
 template <typename Dst>
-void* ExpandBuffer(int sourceType, const void* source, long count, long reserved, NcScalar& fill,
+void* ExpandBuffer(int sourceType, const void* source, size_t count, size_t reserved, NcScalar& fill,
                    double scaleFactor, double addOffset) {
     const auto scale = static_cast<Dst>(scaleFactor);
     const auto offset = static_cast<Dst>(addOffset);
@@ -169,8 +162,8 @@ NcScalar FillScalar(const NcVariant& fill) {
 
 }  // namespace
 
-NcVariantArray::NcVariantArray(int elementType_, const NcVariant& fill, long cReserved, long cStringChars)
-    : fillValue(FillScalar(fill)), elementType(elementType_), stringWidth(cStringChars) {
+NcVariantArray::NcVariantArray(int elementType, const NcVariant& fill, long cReserved, long cStringChars)
+    : m_fillValue(FillScalar(fill)), m_elementType(elementType), m_stringWidth(CountOf(cStringChars)) {
     SetReserved(cReserved);
 }
 
@@ -184,12 +177,12 @@ NcVariantArray::NcVariantArray(const NcVariantArray& other) {
 }
 
 NcVariantArray::NcVariantArray(NcVariantArray&& other) noexcept
-    : fillValue(std::move(other.fillValue)),
-      elementType(other.elementType),
-      size(other.size),
-      reserved(other.reserved),
-      stringWidth(other.stringWidth),
-      storage(std::exchange(other.storage, nullptr)),
+    : m_fillValue(std::move(other.m_fillValue)),
+      m_elementType(other.m_elementType),
+      m_size(other.m_size),
+      m_reserved(other.m_reserved),
+      m_stringWidth(other.m_stringWidth),
+      m_storage(std::exchange(other.m_storage, nullptr)),
       m_cbStorage(std::exchange(other.m_cbStorage, 0)),
       m_bStringSlots(std::exchange(other.m_bStringSlots, false)) {
     other.SetEmpty();
@@ -202,18 +195,18 @@ NcVariantArray& NcVariantArray::operator=(const NcVariantArray& other) {
         return *this;
     }
     SetEmpty();
-    fillValue = other.fillValue;
-    elementType = other.elementType;
-    stringWidth = other.stringWidth;
-    SetReserved(other.reserved);
-    size = other.size;
+    m_fillValue = other.m_fillValue;
+    m_elementType = other.m_elementType;
+    m_stringWidth = other.m_stringWidth;
+    SetReserved(static_cast<long>(other.m_reserved));  // reservations are made from a long
+    m_size = other.m_size;
     VisitNcType(
-        elementType,
+        m_elementType,
         [&]<typename T>(NcTypeTag<T>) {
             if constexpr (std::is_same_v<T, std::string>) {
-                std::copy_n(other.Data<std::string>(), reserved, Data<std::string>());
-            } else if (reserved > 0) {
-                std::memcpy(storage, other.storage, BufferBytes(reserved, SlotBytes(elementType, stringWidth)));
+                std::copy_n(other.Data<std::string>(), m_reserved, Data<std::string>());
+            } else if (m_reserved > 0) {
+                std::memcpy(m_storage, other.m_storage, BufferBytes(m_reserved, SlotBytes(m_elementType, m_stringWidth)));
             }
         },
         [] { ThrowInternal(L"netcdf array type not implemented as an element"); });
@@ -226,14 +219,14 @@ NcVariantArray& NcVariantArray::operator=(NcVariantArray&& other) {
     }
     // Copied first (it is the only part that can fail): the emptied source keeps its fill value, as
     // SetEmpty leaves it.
-    NcScalar fill = other.fillValue;
+    NcScalar fill = other.m_fillValue;
     ReleaseStorage();
-    fillValue = std::move(fill);
-    elementType = other.elementType;
-    size = other.size;
-    reserved = other.reserved;
-    stringWidth = other.stringWidth;
-    storage = std::exchange(other.storage, nullptr);
+    m_fillValue = std::move(fill);
+    m_elementType = other.m_elementType;
+    m_size = other.m_size;
+    m_reserved = other.m_reserved;
+    m_stringWidth = other.m_stringWidth;
+    m_storage = std::exchange(other.m_storage, nullptr);
     m_cbStorage = std::exchange(other.m_cbStorage, 0);
     m_bStringSlots = std::exchange(other.m_bStringSlots, false);
     other.SetEmpty();
@@ -258,93 +251,96 @@ NcScalar NcVariantArray::s_ToScalar(const NcVariant& value) {
 }
 
 void NcVariantArray::ReleaseStorage() noexcept {
-    if (storage == nullptr) {
+    if (m_storage == nullptr) {
         return;
     }
     if (m_bStringSlots) {
-        std::destroy_n(static_cast<std::string*>(storage), m_cbStorage / sizeof(std::string));
+        std::destroy_n(static_cast<std::string*>(m_storage), m_cbStorage / sizeof(std::string));
     }
-    FreeAligned(storage);
-    storage = nullptr;
+    FreeAligned(m_storage);
+    m_storage = nullptr;
     m_cbStorage = 0;
     m_bStringSlots = false;
 }
 
-void NcVariantArray::AllocateStorage(int type, long cSlots) {
-    const size_t slotBytes = SlotBytes(type, stringWidth);
+void NcVariantArray::AllocateStorage(int type, size_t cSlots) {
+    const size_t slotBytes = SlotBytes(type, m_stringWidth);
     AlignedBlock block(cSlots, slotBytes);
     const bool bStrings = type == NC_STRING;
     if (bStrings) {
-        std::uninitialized_value_construct_n(static_cast<std::string*>(block.block), cSlots > 0 ? cSlots : 0);
+        std::uninitialized_value_construct_n(static_cast<std::string*>(block.block), cSlots);
     } else if (block.bytes > 0) {
         std::memset(block.block, 0, block.bytes);
     }
     m_cbStorage = block.bytes;
     m_bStringSlots = bStrings && block.block != nullptr;
-    storage = block.Release();
+    m_storage = block.Release();
 }
 
 void NcVariantArray::SetReserved(long cReserved) {
-    if (cReserved <= reserved) {
+    if (cReserved < 0 || static_cast<size_t>(cReserved) <= m_reserved) {
         return;
     }
+    const auto count = static_cast<size_t>(cReserved);
     SetEmpty();
-    if (!bSupportedType(elementType)) {
-        reserved = cReserved;
+    if (!bSupportedType(m_elementType)) {
+        m_reserved = count;
         ThrowInternal(L"netcdf array type not implemented");
     }
-    AllocateStorage(elementType, cReserved);
-    reserved = cReserved;
+    AllocateStorage(m_elementType, count);
+    m_reserved = count;
 }
 
 void NcVariantArray::SetSize(long cElements) {
-    if (cElements < 0 || cElements > reserved) {
+    const size_t count = CountOf(cElements);
+    if (count > m_reserved) {
         ThrowInternal(L"invalid use of NcVariantArray");
     }
-    size = cElements;
+    m_size = count;
 }
 
 void NcVariantArray::ReInit(long cElements, int newElementType, const NcVariant& fill) {
-    if (newElementType > elementType) {
+    if (newElementType > m_elementType) {
         throw "cannot reinit with larger packed type";
     }
-    if (cElements < 0 || cElements > reserved) {
+    const size_t count = CountOf(cElements);
+    if (count > m_reserved) {
         ThrowInternal(L"invalid use of NcVariantArray");
     }
     if (!bSupportedType(newElementType)) {
         ThrowInternal(L"netcdf array type not implemented");
     }
-    const size_t slotBytes = SlotBytes(newElementType, stringWidth);
+    const size_t slotBytes = SlotBytes(newElementType, m_stringWidth);
     NcScalar newFill = FillScalar(fill);
     const bool bStrings = newElementType == NC_STRING;
-    if (bStrings != m_bStringSlots || m_cbStorage < BufferBytes(reserved, slotBytes)) {
+    if (bStrings != m_bStringSlots || m_cbStorage < BufferBytes(m_reserved, slotBytes)) {
         ReleaseStorage();
         try {
-            AllocateStorage(newElementType, reserved);
+            AllocateStorage(newElementType, m_reserved);
         } catch (...) {
             SetEmpty();  // no buffer behind the reservation: nothing may be read
             throw;
         }
     }
-    size = cElements;
-    elementType = newElementType;
-    fillValue = std::move(newFill);
+    m_size = count;
+    m_elementType = newElementType;
+    m_fillValue = std::move(newFill);
 }
 
 void NcVariantArray::Unpack(int unpackedType, const NcVariant& scaleFactor, const NcVariant& addOffset) {
-    if (unpackedType == elementType) {
+    if (unpackedType == m_elementType) {
         VisitNcType(
-            elementType,
+            m_elementType,
             [&]<typename T>(NcTypeTag<T>) {
                 if constexpr (!kIsNcNumeric<T>) {
                     throw "cannot unpack strings";
                 } else {
                     const T scale = std::get<T>(scaleFactor);
                     const T offset = std::get<T>(addOffset);
-                    if (fillValue.index() == eNcEmpty) {
-                        RescaleInPlace(Data<T>(), size, scale, offset);
+                    if (m_fillValue.index() == eNcEmpty) {
+                        RescaleInPlace(Data<T>(), m_size, scale, offset);
                     } else {
-                        RescaleInPlace(Data<T>(), size, scale, offset, std::get<T>(fillValue));
+                        RescaleInPlace(Data<T>(), m_size, scale, offset, std::get<T>(m_fillValue));
                     }
                 }
             },
@@ -358,41 +354,41 @@ void NcVariantArray::Unpack(int unpackedType, const NcVariant& scaleFactor, cons
     // fails as a bad number, not as "cannot unpack strings".
     const double scale = s_ToDouble(scaleFactor);
     const double offset = s_ToDouble(addOffset);
-    NcScalar newFill = fillValue;
-    void* expanded = unpackedType == NC_FLOAT
-                         ? ExpandBuffer<float>(elementType, storage, size, reserved, newFill, scale, offset)
-                         : ExpandBuffer<double>(elementType, storage, size, reserved, newFill, scale, offset);
+    NcScalar newFill = m_fillValue;
+    void* expanded =
+        unpackedType == NC_FLOAT
+            ? ExpandBuffer<float>(m_elementType, m_storage, m_size, m_reserved, newFill, scale, offset)
+            : ExpandBuffer<double>(m_elementType, m_storage, m_size, m_reserved, newFill, scale, offset);
     ReleaseStorage();
-    storage = expanded;
-    m_cbStorage = BufferBytes(reserved, unpackedType == NC_FLOAT ? sizeof(float) : sizeof(double));
-    elementType = unpackedType;
-    fillValue = std::move(newFill);
+    m_storage = expanded;
+    m_cbStorage = BufferBytes(m_reserved, unpackedType == NC_FLOAT ? sizeof(float) : sizeof(double));
+    m_elementType = unpackedType;
+    m_fillValue = std::move(newFill);
 }
 
-NcVariant NcVariantArray::operator[](long index) const {
-    if (index < 0 || index >= size) {
+NcVariant NcVariantArray::operator[](size_t slot) const {
+    if (slot >= m_size) {  // a negative index arrives as a huge one
         ThrowInternal(L"bad index in NcVariantArray");
     }
     return VisitNcType(
-        elementType,
+        m_elementType,
         [&]<typename T>(NcTypeTag<T>) -> NcVariant {
             if constexpr (std::is_same_v<T, std::string>) {
-                return Data<std::string>()[index];
+                return Data<std::string>()[slot];
             } else if constexpr (std::is_same_v<T, NcCharSlot>) {
-                const auto width = static_cast<size_t>(stringWidth);
-                std::string slice(Data<char>() + static_cast<size_t>(index) * width, width);
-                if (fillValue.index() == eNcEmpty) {
+                std::string slice(Data<char>() + slot * m_stringWidth, m_stringWidth);
+                if (m_fillValue.index() == eNcEmpty) {
                     return slice;
                 }
-                const auto& fill = std::get<std::string>(fillValue);
+                const auto& fill = std::get<std::string>(m_fillValue);
                 slice.resize(std::min(slice.find('\0'), slice.size()));
                 if (slice == fill) {
                     return {};
                 }
                 return slice;
             } else {
-                const T value = Data<T>()[index];
-                if (fillValue.index() != eNcEmpty && value == std::get<T>(fillValue)) {
+                const T value = Data<T>()[slot];
+                if (m_fillValue.index() != eNcEmpty && value == std::get<T>(m_fillValue)) {
                     return {};
                 }
                 return NcVariant(std::in_place_type<T>, value);
@@ -403,8 +399,8 @@ NcVariant NcVariantArray::operator[](long index) const {
 
 void NcVariantArray::SetEmpty() {
     ReleaseStorage();
-    size = 0;
-    reserved = 0;
+    m_size = 0;
+    m_reserved = 0;
 }
 
 }  // namespace ZorvoDSG::System

@@ -30,17 +30,18 @@ NcVariantArray Shorts(std::initializer_list<short> values, const NcVariant& fill
 
 // Fills slot i of any array with a value derived from i + seed, by element type.
 void FillSlots(NcVariantArray& array, int seed) {
-    for (long i = 0; i < array.reserved; ++i) {
+    const auto base = static_cast<size_t>(seed);
+    for (size_t i = 0; i < array.Reserved(); ++i) {
         VisitNcType(
-            array.elementType,
+            array.ElementType(),
             [&]<typename T>(NcTypeTag<T>) {
                 if constexpr (std::is_same_v<T, std::string>) {
-                    array.Data<std::string>()[i] = "text " + std::to_string(i + seed);
+                    array.Data<std::string>()[i] = "text " + std::to_string(i + base);
                 } else if constexpr (std::is_same_v<T, NcCharSlot>) {
-                    std::memset(array.Data<char>() + i * array.stringWidth, 'a' + static_cast<int>(i + seed) % 26,
-                                static_cast<size_t>(array.stringWidth));
+                    std::memset(array.Data<char>() + i * array.StringWidth(), 'a' + static_cast<int>((i + base) % 26),
+                                array.StringWidth());
                 } else {
-                    array.Data<T>()[i] = static_cast<T>(i + seed);
+                    array.Data<T>()[i] = static_cast<T>(i + base);
                 }
             },
             [] { FAIL(); });
@@ -50,42 +51,41 @@ void FillSlots(NcVariantArray& array, int seed) {
 TEST(NcVariantArray, DefaultStateAndItsCopy) {
     NcVariantArray array;
     EXPECT_TRUE(array.bEmpty());
-    EXPECT_EQ(array.stringWidth, 1);
-    EXPECT_EQ(array.elementType, 0);
-    EXPECT_EQ(array.storage, nullptr);
-    EXPECT_EQ(array.fillValue.index(), eNcEmpty);
+    EXPECT_EQ(array.StringWidth(), 1u);
+    EXPECT_EQ(array.ElementType(), 0);
+    EXPECT_EQ(array.Data<void>(), nullptr);
+    EXPECT_EQ(array.FillValue().index(), eNcEmpty);
     EXPECT_INTERNAL_ERROR(NcVariantArray copy(array), L"netcdf array type not implemented as an element");
     NcVariantArray moved(std::move(array));  // moves never fail
-    EXPECT_EQ(moved.elementType, 0);
+    EXPECT_EQ(moved.ElementType(), 0);
 }
 
 TEST(NcVariantArray, ReservationGrowsOnlyAndSizeStaysWithin) {
     NcVariantArray array = Shorts({1, 2, 3}, NcVariant());
-    EXPECT_EQ(reinterpret_cast<uintptr_t>(array.storage) % 16, 0u);
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(array.Data<void>()) % 16, 0u);
     array.SetReserved(2);
     array.SetReserved(3);
-    EXPECT_EQ(array.size, 3);
+    EXPECT_EQ(array.Size(), 3u);
     EXPECT_EQ(std::get<short>(array[2]), 3);
 
     array.SetReserved(10);
-    EXPECT_EQ(array.size, 0);
-    EXPECT_EQ(array.reserved, 10);
+    EXPECT_EQ(array.Size(), 0u);
+    EXPECT_EQ(array.Reserved(), 10u);
     array.SetSize(10);
     EXPECT_INTERNAL_ERROR(array.SetSize(11), L"invalid use of NcVariantArray");
     EXPECT_INTERNAL_ERROR(array.SetSize(-1), L"invalid use of NcVariantArray");
 
     array.SetEmpty();
-    EXPECT_EQ(array.reserved, 0);
-    EXPECT_EQ(array.storage, nullptr);
-    EXPECT_EQ(array.elementType, NC_SHORT);
+    EXPECT_EQ(array.Reserved(), 0u);
+    EXPECT_EQ(array.Data<void>(), nullptr);
+    EXPECT_EQ(array.ElementType(), NC_SHORT);
 }
 
 TEST(NcVariantArray, UnsupportedTypesAndAbsurdSizes) {
-    NcVariantArray ushorts;
-    ushorts.elementType = NC_USHORT;
+    NcVariantArray ushorts(NC_USHORT, NcVariant(), 0, 1);
     EXPECT_INTERNAL_ERROR(ushorts.SetReserved(4), L"netcdf array type not implemented");
-    EXPECT_EQ(ushorts.reserved, 4);
-    EXPECT_EQ(ushorts.storage, nullptr);
+    EXPECT_EQ(ushorts.Reserved(), 4u);
+    EXPECT_EQ(ushorts.Data<void>(), nullptr);
     ushorts.SetSize(1);
     EXPECT_INTERNAL_ERROR(ushorts[0], L"netcdf array type not implemented as element type for NcVariantArray");
     EXPECT_INTERNAL_ERROR(ushorts.Unpack(NC_USHORT, NcVariant(), NcVariant()), L"unsupported type for unpacking");
@@ -94,12 +94,16 @@ TEST(NcVariantArray, UnsupportedTypesAndAbsurdSizes) {
     for (const int type : kAllTypes) {
         NcVariantArray array(type, NcVariant(), 1, 8);
         EXPECT_THROW(array.SetReserved(LONG_MAX), std::bad_alloc) << type;
-        EXPECT_EQ(array.reserved, 0);
-        EXPECT_EQ(array.storage, nullptr);
+        EXPECT_EQ(array.Reserved(), 0u);
+        EXPECT_EQ(array.Data<void>(), nullptr);
         EXPECT_THROW(array.SetReserved(LONG_MAX / 2 + 1), std::bad_alloc) << type;
     }
     EXPECT_THROW(NcVariantArray(NC_CHAR, NcVariant(), 2, LONG_MAX), std::bad_alloc);
-    EXPECT_THROW(NcVariantArray(NC_CHAR, NcVariant(), 2, -1), std::bad_alloc);
+    EXPECT_INTERNAL_ERROR(NcVariantArray(NC_CHAR, NcVariant(), 2, -1), L"invalid use of NcVariantArray");
+    NcVariantArray shorts(NC_SHORT, NcVariant(), 2, 1);
+    EXPECT_INTERNAL_ERROR(shorts.ReInit(-1, NC_SHORT, NcVariant()), L"invalid use of NcVariantArray");
+    shorts.SetReserved(-5);  // not more than reserved: nothing happens
+    EXPECT_EQ(shorts.Reserved(), 2u);
 }
 
 TEST(NcVariantArray, IndexingChecksBoundsAndHidesFill) {
@@ -135,7 +139,7 @@ TEST(NcVariantArray, CharElements) {
     EXPECT_EQ(std::get<std::string>(filled[0]), "ab");
     EXPECT_EQ(filled[1].index(), eNcEmpty);
     EXPECT_EQ(std::get<std::string>(filled[2]), "xy");
-    ASSERT_EQ(filled.fillValue.index(), eNcString);
+    ASSERT_EQ(filled.FillValue().index(), eNcString);
 
     NcVariantArray named(NC_CHAR, NcVariant(std::string("xy")), 1, 4);
     named.SetSize(1);
@@ -143,7 +147,7 @@ TEST(NcVariantArray, CharElements) {
     EXPECT_EQ(named[0].index(), eNcEmpty);
     NcVariantArray target;
     target = std::move(named);  // the emptied source keeps its fill value
-    EXPECT_EQ(std::get<std::string>(named.fillValue), "xy");
+    EXPECT_EQ(std::get<std::string>(named.FillValue()), "xy");
     EXPECT_EQ(target[0].index(), eNcEmpty);
 
     NcVariantArray numericFill(NC_CHAR, NcVariant(0.0), 1, 4);
@@ -172,11 +176,11 @@ TEST(NcVariantArray, CopyAndMoveOfEveryElementType) {
         FillSlots(source, 1);
         source.SetSize(4);
         NcVariantArray copy(source);
-        EXPECT_EQ(copy.elementType, type);
-        EXPECT_EQ(copy.size, 4);
-        EXPECT_EQ(copy.reserved, 5);
-        EXPECT_EQ(copy.stringWidth, 3);
-        EXPECT_NE(copy.storage, source.storage);
+        EXPECT_EQ(copy.ElementType(), type);
+        EXPECT_EQ(copy.Size(), 4u);
+        EXPECT_EQ(copy.Reserved(), 5u);
+        EXPECT_EQ(copy.StringWidth(), 3u);
+        EXPECT_NE(copy.Data<void>(), source.Data<void>());
         EXPECT_TRUE(NcVariant(copy) == NcVariant(source));
         copy.SetSize(5);
         source.SetSize(5);
@@ -190,33 +194,33 @@ TEST(NcVariantArray, CopyAndMoveOfEveryElementType) {
         assigned = assigned;
         EXPECT_TRUE(NcVariant(assigned) == NcVariant(copy));
 
-        const void* buffer = copy.storage;
+        const void* buffer = copy.Data<void>();
         NcVariantArray moved(std::move(copy));
-        EXPECT_EQ(moved.storage, buffer);
-        EXPECT_EQ(copy.storage, nullptr);
+        EXPECT_EQ(moved.Data<void>(), buffer);
+        EXPECT_EQ(copy.Data<void>(), nullptr);
         EXPECT_TRUE(copy.bEmpty());
-        EXPECT_EQ(copy.reserved, 0);
+        EXPECT_EQ(copy.Reserved(), 0u);
         EXPECT_TRUE(NcVariant(moved) == NcVariant(assigned));
 
         source = std::move(moved);
-        EXPECT_EQ(source.storage, buffer);
-        EXPECT_EQ(moved.storage, nullptr);
+        EXPECT_EQ(source.Data<void>(), buffer);
+        EXPECT_EQ(moved.Data<void>(), nullptr);
         EXPECT_TRUE(NcVariant(source) == NcVariant(assigned));
     }
 }
 
 TEST(NcVariantArray, ReInitRetypesTheReservation) {
     NcVariantArray array(NC_DOUBLE, NcVariant(), 4, 1);
-    const void* buffer = array.storage;
+    const void* buffer = array.Data<void>();
     array.ReInit(3, NC_SHORT, NcVariant(std::in_place_type<short>, -1));
-    EXPECT_EQ(array.storage, buffer);  // a smaller type reuses the buffer
-    EXPECT_EQ(array.elementType, NC_SHORT);
-    EXPECT_EQ(array.size, 3);
-    EXPECT_EQ(std::get<short>(array.fillValue), -1);
+    EXPECT_EQ(array.Data<void>(), buffer);  // a smaller type reuses the buffer
+    EXPECT_EQ(array.ElementType(), NC_SHORT);
+    EXPECT_EQ(array.Size(), 3u);
+    EXPECT_EQ(std::get<short>(array.FillValue()), -1);
     EXPECT_THROWS_TEXT(array.ReInit(1, NC_DOUBLE, NcVariant()), "cannot reinit with larger packed type");
     EXPECT_INTERNAL_ERROR(array.ReInit(5, NC_SHORT, NcVariant()), L"invalid use of NcVariantArray");
     array.ReInit(2, NC_SHORT, NcVariant(std::string("7")));  // text fill values stay text
-    EXPECT_EQ(std::get<std::string>(array.fillValue), "7");
+    EXPECT_EQ(std::get<std::string>(array.FillValue()), "7");
     EXPECT_THROW(array.ReInit(2, NC_SHORT, NcVariant(NcVariantArray())), std::runtime_error);
 
     // Codes do not order widths: NC_UBYTE (7) -> NC_DOUBLE (6) must still fit 8 bytes per slot.
@@ -236,7 +240,7 @@ TEST(NcVariantArray, ReInitRetypesTheReservation) {
 
     NcVariantArray uints(NC_UINT, NcVariant(), 1, 1);
     EXPECT_INTERNAL_ERROR(uints.ReInit(1, NC_USHORT, NcVariant()), L"netcdf array type not implemented");
-    EXPECT_EQ(uints.elementType, NC_UINT);
+    EXPECT_EQ(uints.ElementType(), NC_UINT);
 }
 
 TEST(NcVariantArray, UnpackInPlaceInTheElementType) {
@@ -275,15 +279,15 @@ TEST(NcVariantArray, UnpackInPlaceInTheElementType) {
 
 TEST(NcVariantArray, UnpackExpandingToDoubleAndFloat) {
     NcVariantArray array = Shorts({1, -999, 3}, NcVariant(std::in_place_type<short>, -999));
-    const long reserved = array.reserved;
+    const long reserved = array.Reserved();
     array.Unpack(NC_DOUBLE, NcVariant(0.5f), NcVariant(std::in_place_type<short>, 0));
-    EXPECT_EQ(array.elementType, NC_DOUBLE);
-    EXPECT_EQ(array.reserved, reserved);
-    EXPECT_EQ(reinterpret_cast<uintptr_t>(array.storage) % 16, 0u);
+    EXPECT_EQ(array.ElementType(), NC_DOUBLE);
+    EXPECT_EQ(array.Reserved(), reserved);
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(array.Data<void>()) % 16, 0u);
     EXPECT_EQ(array.Data<double>()[0], 0.5);
     EXPECT_EQ(array.Data<double>()[1], -999.0);
     EXPECT_EQ(array.Data<double>()[2], 1.5);
-    EXPECT_EQ(std::get<double>(array.fillValue), -999.0);
+    EXPECT_EQ(std::get<double>(array.FillValue()), -999.0);
     EXPECT_EQ(array[1].index(), eNcEmpty);
 
     NcVariantArray uints(NC_UINT, NcVariant(), 3, 1);
@@ -293,14 +297,14 @@ TEST(NcVariantArray, UnpackExpandingToDoubleAndFloat) {
     uints.Unpack(NC_FLOAT, 1.0, NcVariant(std::string("0.25")));
     EXPECT_EQ(uints.Data<float>()[0], 16777216.0f);
     EXPECT_EQ(uints.Data<float>()[1], 10.25f);
-    EXPECT_EQ(uints.fillValue.index(), eNcEmpty);
+    EXPECT_EQ(uints.FillValue().index(), eNcEmpty);
 
     NcVariantArray bytes(NC_BYTE, NcVariant(std::in_place_type<signed char>, -128), 2, 1);
     bytes.SetSize(2);
     bytes.Data<signed char>()[0] = -128;
     bytes.Data<signed char>()[1] = 4;
     bytes.Unpack(NC_FLOAT, 2.0, 1.0);
-    EXPECT_EQ(std::get<float>(bytes.fillValue), -128.0f);
+    EXPECT_EQ(std::get<float>(bytes.FillValue()), -128.0f);
     EXPECT_EQ(bytes[0].index(), eNcEmpty);
     EXPECT_EQ(std::get<float>(bytes[1]), 9.0f);
 
@@ -308,7 +312,7 @@ TEST(NcVariantArray, UnpackExpandingToDoubleAndFloat) {
     EXPECT_THROW(bytes.Unpack(NC_DOUBLE, NcVariant(), 0.0), std::runtime_error);
     NcVariantArray badFill = Shorts({1}, NcVariant(-999.0));
     EXPECT_THROW(badFill.Unpack(NC_DOUBLE, 1.0, 0.0), std::bad_variant_access);
-    EXPECT_EQ(badFill.elementType, NC_SHORT);  // unchanged after the failure
+    EXPECT_EQ(badFill.ElementType(), NC_SHORT);  // unchanged after the failure
     EXPECT_EQ(badFill.Data<short>()[0], 1);
 }
 

@@ -75,7 +75,7 @@ NcVariant ReadNumeric(const AttributeRead& read, nc_type type, size_t length) {
         NcVariantArray values(type, NcVariant{}, static_cast<long>(length), 1);
         values.SetSize(static_cast<long>(length));
         if (length > 0) {
-            read.Check(nc_get_att(read.groupId, read.varId, read.name, values.storage));
+            read.Check(nc_get_att(read.groupId, read.varId, read.name, values.Data<void>()));
         }
         result = std::move(values);
     });
