@@ -204,12 +204,13 @@ DatasetReport DescribeDataset(NetCDFFile& file, ZorvoDSG::System::ILog& log) {
 
 }  // namespace
 
-FileReport InspectFile(const std::filesystem::path& path, IXMLDOMDocument* ncml) {
+FileReport InspectFile(const std::filesystem::path& path, IXMLDOMDocument* ncml,
+                       const ZorvoNetCDFDSG::OpenOptions& options) {
     FileReport report;
     report.path = path.string();
     ZorvoNetCDFDSG::NetCDFWorkspaceLog log;
     try {
-        auto datasets = NetCDFFile::s_Open(path, 0, ncml, log);
+        auto datasets = NetCDFFile::s_Open(path, 0, ncml, log, options);
         report.read = true;
         for (const auto& dataset : datasets) {
             try {

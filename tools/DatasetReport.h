@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include <zorvodsg/netcdf/OpenOptions.h>
 #include <zorvodsg/values/NcVariant.h>
 
 namespace zdsg {
@@ -109,6 +110,7 @@ struct RunInfo {
     std::string version;
     std::optional<std::string> udunits2;  // the unit database loaded, if any
     std::optional<std::string> ncml;
+    ZorvoNetCDFDSG::OpenOptions openOptions;  // how the files are opened
 };
 
 }  // namespace zdsg

@@ -32,12 +32,14 @@ CLI::App* AddInspectCommand(CLI::App& app, InspectOptions& options) {
         ->check(CLI::ExistingFile);
     inspect->add_option("--udunits", options.udunits, "UDUNITS-2 XML database (default: found automatically)")
         ->check(CLI::ExistingFile);
+    AddOpenFlags(*inspect, options.open);
     return inspect;
 }
 
 int RunInspect(const InspectOptions& options) {
     RunInfo info;
     info.version = ZDSG_VERSION;
+    info.openOptions = MakeOpenOptions(options.open);
 
     std::string unitError;
     info.udunits2 = LoadUDUnits2(options.udunits, unitError);
@@ -79,7 +81,7 @@ int RunInspect(const InspectOptions& options) {
         progress.Show(done, input.path.string());
         FileReport file;
         if (input.problem.empty()) {
-            file = InspectFile(input.path, ncml.get());
+            file = InspectFile(input.path, ncml.get(), info.openOptions);
         } else {
             file.path = input.path.string();
             file.error = input.problem;

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "OpenFlags.h"
+
 namespace CLI {
 class App;
 }
@@ -16,6 +18,7 @@ struct InspectOptions {
     bool json = false;
     std::string ncml;
     std::string udunits;
+    OpenFlags open;
 };
 
 // Exit statuses of the tool.

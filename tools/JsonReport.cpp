@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "Names.h"
+#include "OpenFlags.h"
 
 namespace zdsg {
 
@@ -243,6 +244,8 @@ void JsonReport::Begin(const RunInfo& info) {
     String(w, info.version);
     OptionalString(w, "udunits2", info.udunits2);
     OptionalString(w, "ncml", info.ncml);
+    Key(w, "timeUnits");
+    String(w, TimeUnitsReadingName(info.openOptions));
     w.EndObject();
     Key(w, "files");
     w.StartArray();

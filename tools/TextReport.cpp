@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Names.h"
+#include "OpenFlags.h"
 
 namespace zdsg {
 
@@ -114,6 +115,7 @@ void TextReport::Begin(const RunInfo& info) {
     if (info.ncml) {
         m_out << Paint(kDim, "NcML: " + Printable(*info.ncml)) << '\n';
     }
+    m_out << Paint(kDim, "time units: " + TimeUnitsReadingText(info.openOptions)) << '\n';
 }
 
 void TextReport::File(const FileReport& file) {

@@ -106,10 +106,14 @@ eVerticalDatumModel VerticalDatumModel(const std::string& standardName) {
     return eVerticalDatumUnspecified;
 }
 
+TimeReference ParseTimeUnitsAsAsked(const std::string& units, const OpenOptions& options) {
+    return options.bIsoTimeUnits ? ParseIsoTimeUnits(units) : ParseTimeUnits(units);
+}
+
 // Classifies by the units alone (the variable has a units attribute). False when the variable is not
 // a coordinate; `coord` is filled otherwise.
-bool ClassifyByUnits(const Variable& variable, const std::string& standardName, ILog& log,
-                     CoordinateVariableId& coord) {
+bool ClassifyByUnits(const Variable& variable, const std::string& standardName, const OpenOptions& options,
+                     ILog& log, CoordinateVariableId& coord) {
     const std::string units = variable.UnitsString();
     const UnitPtr unit = ParseUnit(units);
     if (!unit) {
@@ -131,7 +135,7 @@ bool ClassifyByUnits(const Variable& variable, const std::string& standardName, 
         return true;
     }
     if (IsTimeUnit(unit)) {
-        coord.timeReference = ParseTimeUnits(units);
+        coord.timeReference = ParseTimeUnitsAsAsked(units, options);
         coord.role = eCoordinateT;
         return true;
     }
@@ -191,7 +195,7 @@ void NetCDFFile::CheckCreateAssumedGeographicSR(ILog& log) {
     }
 }
 
-void NetCDFFile::ClassifyCoordinateVariables(ILog& log) {
+void NetCDFFile::ClassifyCoordinateVariables(ILog& log, const OpenOptions& options) {
     for (const auto& [id, variable] : m_variables) {
         const std::string standardName = variable.StandardName();
         const std::string axis = variable.Axis();
@@ -208,9 +212,9 @@ void NetCDFFile::ClassifyCoordinateVariables(ILog& log) {
         } else if (IEquals(standardName, "longitude") || axis == "X") {
             coord.role = eCoordinateX;
         } else if (IEquals(standardName, "time") || axis == "T") {
-            coord.timeReference = ParseTimeUnits(variable.UnitsString());
+            coord.timeReference = ParseTimeUnitsAsAsked(variable.UnitsString(), options);
             coord.role = eCoordinateT;
-        } else if (!variable.HasAttribute("units") || !ClassifyByUnits(variable, standardName, log, coord)) {
+        } else if (!variable.HasAttribute("units") || !ClassifyByUnits(variable, standardName, options, log, coord)) {
             continue;
         }
 

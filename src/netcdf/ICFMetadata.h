@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
@@ -40,12 +41,7 @@ public:
     }
     long FileId() const { return m_fileId; }
 
-    IdMap& Var2Dims() { return m_var2Dims; }
-    IdMap& Dim2Vars() { return m_dim2Vars; }
-    NameMap& Name2Var() { return m_name2Var; }
-    NameMap& Name2Dim() { return m_name2Dim; }
-    AttMap& Att2Vars() { return m_att2Vars; }
-    CoordMap& Name2CoordVar() { return m_name2CoordVar; }
+    // The lookup maps, built once at load and read-only afterwards.
     const IdMap& Var2Dims() const { return m_var2Dims; }
     const IdMap& Dim2Vars() const { return m_dim2Vars; }
     const NameMap& Name2Var() const { return m_name2Var; }
@@ -54,12 +50,10 @@ public:
     const CoordMap& Name2CoordVar() const { return m_name2CoordVar; }
 
 protected:
-    ICFMetadata() = default;
-    ICFMetadata(const ICFMetadata&) = default;
-    ICFMetadata(ICFMetadata&&) = default;
-    ICFMetadata& operator=(const ICFMetadata&) = default;
-    ICFMetadata& operator=(ICFMetadata&&) = default;
-    ~ICFMetadata() = default;  // never deleted through the interface
+    ICFMetadata() : m_self(std::make_shared<ICFMetadata*>(this)) {}
+    ICFMetadata(const ICFMetadata&) = delete;
+    ICFMetadata& operator=(const ICFMetadata&) = delete;
+    ~ICFMetadata() { *m_self = nullptr; }  // never deleted through the interface
 
     int m_groupId = -1;
     int m_fileHandle = -1;
@@ -70,6 +64,13 @@ protected:
     AttMap m_att2Vars;
     CoordMap m_name2CoordVar;
     long m_fileId = 0;
+
+private:
+    friend class Variable;
+
+    // What the file's variables keep of it: the file while it lives, null afterwards, so that a
+    // Variable copied out of its file and kept longer sees no file instead of a dangling pointer.
+    std::shared_ptr<ICFMetadata*> m_self;
 };
 
 }  // namespace ZorvoDSG

@@ -103,7 +103,8 @@ void RemoveGroups(const IXMLDOMDocument& ncml, std::vector<GroupRecord>& records
 }  // namespace
 
 std::vector<std::shared_ptr<NetCDFFile>> NetCDFFile::s_Open(const std::filesystem::path& path, long fileId,
-                                                            IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log) {
+                                                            IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+                                                            const OpenOptions& options) {
     std::vector<GroupRecord> records;
     {
         NcFileHandle probe = NcFileHandle::s_Open(path);
@@ -113,7 +114,7 @@ std::vector<std::shared_ptr<NetCDFFile>> NetCDFFile::s_Open(const std::filesyste
         }
         if (groupIds.size() == 1) {
             probe.Close();
-            return {std::make_shared<NetCDFFile>(path, fileId, std::string(), std::string(), ncml, log)};
+            return {std::make_shared<NetCDFFile>(path, fileId, std::string(), std::string(), ncml, log, options)};
         }
         records = GroupRecords(groupIds, path);
     }
@@ -123,13 +124,15 @@ std::vector<std::shared_ptr<NetCDFFile>> NetCDFFile::s_Open(const std::filesyste
     std::vector<std::shared_ptr<NetCDFFile>> files;
     files.reserve(records.size());
     for (const GroupRecord& record : records) {
-        files.push_back(std::make_shared<NetCDFFile>(path, fileId, record.name, record.fullName, ncml, log));
+        files.push_back(
+            std::make_shared<NetCDFFile>(path, fileId, record.name, record.fullName, ncml, log, options));
     }
     return files;
 }
 
 NetCDFFile::NetCDFFile(const std::filesystem::path& path, long fileId, const std::string& groupName,
-                       const std::string& fullGroupName, IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log)
+                       const std::string& fullGroupName, IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+                       const OpenOptions& options)
     : m_globals(this, fullGroupName, Variable::kGlobalsId, "<globals>"),
       m_path(path),
       m_groupName(groupName),
@@ -140,7 +143,7 @@ NetCDFFile::NetCDFFile(const std::filesystem::path& path, long fileId, const std
     CheckCreateAssumedGeographicSR(log);
     ApplyNcML(ncml, log);
     BuildMaps();
-    ClassifyCoordinateVariables(log);
+    ClassifyCoordinateVariables(log, options);
     m_fileId = fileId;
 }
 

@@ -11,6 +11,7 @@
 
 #include <zorvodsg/netcdf/ICFMetadata.h>
 #include <zorvodsg/netcdf/NcFileHandle.h>
+#include <zorvodsg/netcdf/OpenOptions.h>
 #include <zorvodsg/netcdf/Variable.h>
 #include <zorvodsg/values/ILog.h>
 
@@ -26,12 +27,14 @@ public:
     using VariableMap = std::map<long, ZorvoDSG::Variable>;  // ascending id: the file's variable order
 
     // One NetCDFFile for a file without groups, else one per group (depth first, deepest groups
-    // first, the root last), less the groups an NcML document removes.
+    // first, the root last), less the groups an NcML document removes. `options` reach every group.
     static std::vector<std::shared_ptr<NetCDFFile>> s_Open(const std::filesystem::path& path, long fileId,
-                                                           ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
+                                                           ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+                                                           const OpenOptions& options = OpenOptions());
 
     NetCDFFile(const std::filesystem::path& path, long fileId, const std::string& groupName,
-               const std::string& fullGroupName, ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
+               const std::string& fullGroupName, ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+               const OpenOptions& options = OpenOptions());
     NetCDFFile(const NetCDFFile&) = delete;
     NetCDFFile& operator=(const NetCDFFile&) = delete;
     ~NetCDFFile();
@@ -72,7 +75,7 @@ private:
     void ApplyNcML(ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
     void ApplyNcMLToGroup(const ZorvoDSG::Host::IXMLDOMElement& group, ZorvoDSG::System::ILog& log);
     void BuildMaps();
-    void ClassifyCoordinateVariables(ZorvoDSG::System::ILog& log);
+    void ClassifyCoordinateVariables(ZorvoDSG::System::ILog& log, const OpenOptions& options);
 
     VariableMap::iterator TryGetVariableWhileLoading(const std::string& name);
     ZorvoDSG::Variable& GetVariableWhileLoading(long id);

@@ -50,11 +50,11 @@ template <> double DefaultFill() { return NC_FILL_DOUBLE; }
 }  // namespace
 
 Variable::Variable(ICFMetadata* file, const std::string& fullGroupName, long id, const std::string& name)
-    : m_name(name), m_fullGroupName(fullGroupName), m_pCFMetadata(file), m_id(id),
+    : m_name(name), m_fullGroupName(fullGroupName), m_file(file != nullptr ? file->m_self : nullptr), m_id(id),
       m_type(id == kFakeOIDId ? NC_INT : 0) {}
 
 Variable::Variable(ICFMetadata* file, const std::string& fullGroupName, long groupId, long varId)
-    : m_fullGroupName(fullGroupName), m_pCFMetadata(file), m_id(varId) {
+    : m_fullGroupName(fullGroupName), m_file(file != nullptr ? file->m_self : nullptr), m_id(varId) {
     const int gid = static_cast<int>(groupId);
     const int vid = static_cast<int>(varId);
     char name[NC_MAX_NAME + 1] = {};
@@ -95,10 +95,11 @@ Variable Variable::s_EmptyVariable() { return Variable(nullptr, std::string(), k
 Variable Variable::s_FakeOIDVariable() { return Variable(nullptr, std::string(), kFakeOIDId, "OID"); }
 
 long Variable::FileId() const {
-    if (m_pCFMetadata == nullptr) {
+    const ICFMetadata* file = CFMetadata();
+    if (file == nullptr) {
         throw std::runtime_error("variable without file");
     }
-    return m_pCFMetadata->FileId();
+    return file->FileId();
 }
 
 void Variable::SetName(const std::string& name, const std::string& fullGroupName) {
@@ -136,7 +137,7 @@ bool Variable::HasDim(long dimId) const { return std::find(m_dimIds.begin(), m_d
 
 void Variable::LoadAttributes(int groupId) {
     const int varId = m_id == kGlobalsId ? NC_GLOBAL : static_cast<int>(m_id);
-    const std::filesystem::path path = PathOf(m_pCFMetadata);
+    const std::filesystem::path path = PathOf(CFMetadata());
     int gid = groupId;
     for (;;) {
         int cAttributes = 0;
@@ -190,7 +191,7 @@ NcVariant Variable::AttributeValue(const std::string& name) const {
     if (const NcVariant* value = m_attributes.get(name)) {
         return *value;
     }
-    throw Exception(eAttributeNotPresent, Utf8ToWide(m_name + ": " + name), PathOf(m_pCFMetadata));
+    throw Exception(eAttributeNotPresent, Utf8ToWide(m_name + ": " + name), PathOf(CFMetadata()));
 }
 
 NcVariant Variable::TryAttributeValue(const std::string& name) const {
@@ -234,54 +235,64 @@ std::string Variable::TryUnitsString() const { return TextOf(m_attributes, "unit
 
 // ---- strings ----
 
+Variable::StringLayout Variable::ComputeStringLayout() const {
+    if (m_type == 0) {
+        ThrowInvalidType();
+    }
+    StringLayout layout;
+    layout.kind = m_stringKind;
+    if (m_type != NC_CHAR && m_type != NC_STRING) {
+        layout.stringClass = eNotString;
+        return layout;
+    }
+    if (m_dimIds.empty()) {
+        layout.stringClass = eStringScalar;
+        return layout;
+    }
+    const ICFMetadata* file = CFMetadata();
+    if (file == nullptr) {
+        throw std::runtime_error("variable without file");
+    }
+    layout.dim = m_dimIds.back();
+    if (m_type == NC_CHAR) {
+        // A disconnected file fails with "closed file".
+        file->NcID();
+        layout.length = file->DimLen(m_dimIds.back());
+        layout.stringClass = m_dimIds.size() == 1 ? eStringScalar : eStringArray;
+    } else {
+        layout.stringClass = eStringArray;
+        layout.kind = eNetCDF4Strings;
+        layout.length = 255;
+    }
+    return layout;
+}
+
+Variable::StringLayout Variable::CurrentStringLayout() const {
+    if (m_stringClass == eStringUnclassified) {
+        return ComputeStringLayout();
+    }
+    return {m_stringClass, m_stringKind, m_stringDim, m_stringLength};
+}
+
 void Variable::ClassifyString() {
     if (m_stringClass != eStringUnclassified) {
         return;
     }
-    if (m_type == 0) {
-        ThrowInvalidType();
-    }
-    if (m_type != NC_CHAR && m_type != NC_STRING) {
-        m_stringClass = eNotString;
-        return;
-    }
-    if (m_dimIds.empty()) {
-        m_stringClass = eStringScalar;
-        m_stringDim = -1;
-        m_stringLength = 0;
-        return;
-    }
-    if (m_pCFMetadata == nullptr) {
-        throw std::runtime_error("variable without file");
-    }
-    if (m_type == NC_CHAR) {
-        // Read before anything changes, so a failure leaves the variable unclassified; a disconnected
-        // file fails with "closed file".
-        m_pCFMetadata->NcID();
-        m_stringLength = m_pCFMetadata->DimLen(m_dimIds.back());
-        m_stringDim = m_dimIds.back();
-        m_stringClass = m_dimIds.size() == 1 ? eStringScalar : eStringArray;
-    } else {
-        m_stringDim = m_dimIds.back();
-        m_stringClass = eStringArray;
-        m_stringKind = eNetCDF4Strings;
-        m_stringLength = 255;
-    }
+    // Computed before anything changes, so a failure leaves the variable unclassified.
+    const StringLayout layout = ComputeStringLayout();
+    m_stringClass = layout.stringClass;
+    m_stringKind = layout.kind;
+    m_stringDim = layout.dim;
+    m_stringLength = layout.length;
 }
 
-bool Variable::IsString() {
-    ClassifyString();
-    return m_stringClass == eStringArray;
-}
+bool Variable::IsString() const { return CurrentStringLayout().stringClass == eStringArray; }
 
-bool Variable::IsStringScalar() {
-    ClassifyString();
-    return m_stringClass == eStringScalar;
-}
+bool Variable::IsStringScalar() const { return CurrentStringLayout().stringClass == eStringScalar; }
 
-bool Variable::IsNetCDF4String() {
-    ClassifyString();
-    return m_stringClass == eStringArray && m_stringKind == eNetCDF4Strings;
+bool Variable::IsNetCDF4String() const {
+    const StringLayout layout = CurrentStringLayout();
+    return layout.stringClass == eStringArray && layout.kind == eNetCDF4Strings;
 }
 
 size_t Variable::cStringChars() const {
@@ -320,9 +331,9 @@ void Variable::DetermineFillValue() {
     // Ask the library only when the file itself declares no _FillValue (NcML may have removed it):
     // nc_inq_var_fill would otherwise copy a declared value of any type and length into the buffer.
     int groupId = -1;
-    if (m_pCFMetadata != nullptr && m_id >= 0) {
+    if (const ICFMetadata* file = CFMetadata(); file != nullptr && m_id >= 0) {
         try {
-            groupId = m_pCFMetadata->NcID();
+            groupId = file->NcID();
         } catch (const std::runtime_error&) {
             groupId = -1;  // disconnected: the constants are the library's defaults anyway
         }

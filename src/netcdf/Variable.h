@@ -1,9 +1,11 @@
 #pragma once
 // One netCDF variable (or a group's global attributes) in memory: name, group, type, dimensions,
 // attributes, string layout, fill value and CF packing. Loaded once, then copied freely; it never
-// writes to the file.
+// writes to the file. A copy may outlive its file: CFMetadata() is then null and FileId() fails.
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -41,7 +43,8 @@ public:
     static Variable s_FakeOIDVariable();
     bool bEmpty() const { return m_id == kEmptyId; }
 
-    ICFMetadata* CFMetadata() const { return m_pCFMetadata; }
+    // The file the variable belongs to; null for the special variables and once the file is gone.
+    ICFMetadata* CFMetadata() const { return m_file ? *m_file : nullptr; }
     long Id() const { return m_id; }
     const std::string& Name() const { return m_name; }
     const std::string& FullGroupName() const { return m_fullGroupName; }
@@ -57,9 +60,11 @@ public:
     std::vector<std::string> aDimNames() const { return m_dimNames; }
 
     void ClassifyString();
-    bool IsString();
-    bool IsStringScalar();
-    bool IsNetCDF4String();
+    // These classify as ClassifyString does, without changing the variable; every loaded variable is
+    // classified at load already.
+    bool IsString() const;
+    bool IsStringScalar() const;
+    bool IsNetCDF4String() const;
     size_t cStringChars() const;
     void SetStringLength(size_t length);
     void ReclassifyString(long dimId);
@@ -95,13 +100,24 @@ protected:
     Variable(ICFMetadata* file, const std::string& fullGroupName, long id, const std::string& name);
 
 private:
+    struct StringLayout {
+        int stringClass = eStringUnclassified;
+        int kind = eFixedWidthChars;
+        long dim = -1;
+        size_t length = 0;
+    };
+    // The string layout ClassifyString gives; fails as it does.
+    StringLayout ComputeStringLayout() const;
+    // The class, computed when the variable is not classified yet.
+    StringLayout CurrentStringLayout() const;
+
     void LoadAttributes(int groupId);
     void LoadPacking(int groupId);
     void DetermineFillValue();
 
     std::string m_name;
     std::string m_fullGroupName;
-    ICFMetadata* m_pCFMetadata = nullptr;  // not owned
+    std::shared_ptr<ICFMetadata* const> m_file;  // null for the special variables
     long m_id = kEmptyId;
     int m_stringClass = eStringUnclassified;
     int m_stringKind = eFixedWidthChars;

@@ -12,9 +12,9 @@ namespace ZorvoDSG::System {
 class ILog {
 public:
     virtual long cMessages() const = 0;
-    virtual Message GetMessage(long index) = 0;
+    virtual Message GetMessage(long index) const = 0;
     // Messages whose code lies in [minCode, maxCode], in insertion order.
-    virtual std::vector<Message> FindMessageRange(long minCode, long maxCode) = 0;
+    virtual std::vector<Message> FindMessageRange(long minCode, long maxCode) const = 0;
     virtual void AddMessage(long code, const std::wstring& text) = 0;
 
 protected:

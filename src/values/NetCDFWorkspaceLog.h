@@ -17,8 +17,8 @@ public:
     ~NetCDFWorkspaceLog() = default;
 
     long cMessages() const override;
-    ZorvoDSG::System::Message GetMessage(long index) override;
-    std::vector<ZorvoDSG::System::Message> FindMessageRange(long minCode, long maxCode) override;
+    ZorvoDSG::System::Message GetMessage(long index) const override;
+    std::vector<ZorvoDSG::System::Message> FindMessageRange(long minCode, long maxCode) const override;
     void AddMessage(long code, const std::wstring& text) override;
 
 private:

@@ -21,11 +21,18 @@ inline std::filesystem::path DataPath(const std::string& name) { return std::fil
 // Classification needs the unit database; loading it twice does nothing.
 inline void InitUnits() { ZorvoDSG::s_InitUDUnits2(ZDSG_UDUNITS2_XML); }
 
-inline std::vector<std::shared_ptr<ZorvoNetCDFDSG::NetCDFFile>> Open(const std::filesystem::path& path,
-                                                                      IXMLDOMDocument* ncml = nullptr) {
+inline std::vector<std::shared_ptr<ZorvoNetCDFDSG::NetCDFFile>> Open(
+    const std::filesystem::path& path, IXMLDOMDocument* ncml = nullptr,
+    const ZorvoNetCDFDSG::OpenOptions& options = ZorvoNetCDFDSG::OpenOptions()) {
     InitUnits();
     ZorvoNetCDFDSG::NetCDFWorkspaceLog log;
-    return ZorvoNetCDFDSG::NetCDFFile::s_Open(path, 7, ncml, log);
+    return ZorvoNetCDFDSG::NetCDFFile::s_Open(path, 7, ncml, log, options);
+}
+
+inline ZorvoNetCDFDSG::OpenOptions IsoTimeUnits() {
+    ZorvoNetCDFDSG::OpenOptions options;
+    options.bIsoTimeUnits = true;
+    return options;
 }
 
 inline std::shared_ptr<ZorvoNetCDFDSG::NetCDFFile> OpenOne(const std::string& name) {

@@ -98,7 +98,7 @@ TEST_F(VariableTest, FillValues) {
 }
 
 TEST_F(VariableTest, StringClassification) {
-    Variable& name = Var("name");  // char (station, strlen)
+    const Variable& name = Var("name");  // char (station, strlen); queries work on const variables
     EXPECT_TRUE(name.IsString());
     EXPECT_FALSE(name.IsNetCDF4String());
     EXPECT_EQ(name.cStringChars(), 8u);
@@ -119,11 +119,11 @@ TEST_F(VariableTest, StringClassification) {
     EXPECT_EQ(Var("temp").cStringChars(), 0u);
 
     ZorvoNetCDFDSG::NetCDFFile& obs = *s_groups.at(2);
-    Variable& label = obs.GetVariable("label");  // NC_STRING (m)
+    const Variable& label = obs.GetVariable("label");  // NC_STRING (m)
     EXPECT_TRUE(label.IsNetCDF4String());
     EXPECT_EQ(label.cStringChars(), 255u);
     EXPECT_EQ(std::get<std::string>(label.FillValue()), "");
-    Variable& one = obs.GetVariable("one");  // scalar NC_STRING
+    const Variable& one = obs.GetVariable("one");  // scalar NC_STRING
     EXPECT_TRUE(one.IsStringScalar());
     EXPECT_EQ(one.cStringChars(), 0u);
 }
@@ -182,6 +182,32 @@ TEST_F(VariableTest, TextAccessors) {
     EXPECT_FALSE(copy.TryRemoveAttribute("new"));
     EXPECT_EQ(sal.LongName(), "salinity");
     EXPECT_EQ(sal.FileId(), 7);
+}
+
+TEST(VariableLifetimeTest, CopyOutlivesItsFile) {
+    auto file = OpenOne("ncfile_x.nc");  // file id 7
+    ASSERT_TRUE(file);
+    const Variable name = file->GetVariable("name");
+    Variable title = file->GetVariable("title");
+    const long strlenId = file->Name2Dim().at("strlen");
+    EXPECT_EQ(name.CFMetadata(), file.get());
+    EXPECT_EQ(name.FileId(), 7);
+    file.reset();
+
+    EXPECT_EQ(name.CFMetadata(), nullptr);
+    ExpectRuntimeError([&] { name.FileId(); }, "variable without file");
+    EXPECT_TRUE(name.IsString());  // classified at load
+    EXPECT_EQ(name.cStringChars(), 8u);
+    EXPECT_EQ(std::get<std::string>(name.FillValue()), "");
+    title.ReclassifyString(strlenId);  // determines the fill value again, without the file
+    EXPECT_FALSE(title.IsStringScalar());
+    EXPECT_EQ(std::get<std::string>(title.FillValue()), std::string(1, '\0'));
+    try {
+        name.AttributeValue("missing");
+        ADD_FAILURE();
+    } catch (const Exception& e) {
+        EXPECT_TRUE(e.NcPath().empty());
+    }
 }
 
 TEST(SpecialVariableTest, EmptyAndFakeOID) {

@@ -37,6 +37,26 @@ TEST(InspectCorpus, EveryFileIsReadOrRefused) {
     }
     EXPECT_EQ(run.exitStatus, refused == 0 ? 0 : 1);
 
+    // Read as ISO 8601 (the tool's default), no file is refused for its time units; strictly, some
+    // files are refused for the "Z" after their reference time, and every file refused as ISO still is.
+    const ToolRun strict = RunTool({"inspect", "--json", "--recursive", "--strict-time-units", corpus.string()});
+    rapidjson::Document strictDocument;
+    ASSERT_TRUE(ParseJson(strict, strictDocument));
+    ASSERT_EQ(strictDocument["files"].Size(), expected);
+    size_t refusedForZ = 0;
+    for (rapidjson::SizeType i = 0; i < expected; ++i) {
+        const auto& iso = document["files"][i];
+        const auto& file = strictDocument["files"][i];
+        const std::string isoError = iso["error"].IsString() ? iso["error"].GetString() : "";
+        EXPECT_EQ(isoError.find("eBadTime"), std::string::npos) << isoError;
+        if (std::string(file["status"].GetString()) == "refused") {
+            refusedForZ += std::string(file["error"].GetString()).starts_with("eBadTimeZoneOffset") ? 1 : 0;
+        } else {
+            EXPECT_STREQ(iso["status"].GetString(), "read") << iso["path"].GetString();
+        }
+    }
+    EXPECT_GT(refusedForZ, 0u);
+
     // The text report of the same files ends the same way.
     const ToolRun text = RunTool({"inspect", "--recursive", corpus.string()});
     EXPECT_EQ(text.signal, 0);

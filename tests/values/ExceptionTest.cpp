@@ -76,9 +76,12 @@ TEST(NetCDFWorkspaceLog, FindsMessagesByCodeRangeInOrder) {
     log.AddMessage(5, L"second");
     log.AddMessage(17, L"lat");
     ASSERT_EQ(log.cMessages(), 4);
-    EXPECT_EQ(log.GetMessage(3).Text(), L"lat");
+    const ZorvoDSG::System::ILog& reader = log;  // reading needs no mutable log
+    EXPECT_EQ(reader.GetMessage(3).Text(), L"lat");
+    EXPECT_THROW(reader.GetMessage(4), std::out_of_range);
+    EXPECT_THROW(reader.GetMessage(-1), std::out_of_range);
 
-    const auto fives = log.FindMessageRange(5, 5);
+    const auto fives = reader.FindMessageRange(5, 5);
     ASSERT_EQ(fives.size(), 2u);
     EXPECT_EQ(fives[0].Text(), L"first");
     EXPECT_EQ(fives[1].Text(), L"second");
