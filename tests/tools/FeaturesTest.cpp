@@ -276,6 +276,24 @@ TEST(FeaturesInput, RefusalsAreReportedAndTheOtherFilesStillWritten) {
     EXPECT_EQ(features.Size(), 0u);
 }
 
+TEST(FeaturesInput, NcMLAmendsEveryFileAndABrokenDocumentStopsTheRun) {
+    const std::string ncml = std::string(ZDSG_SOURCE_DIR) + "/examples/point_fixes.ncml";
+    // The document renames wind_speed to wind and gives a latitude_longitude grid mapping on the
+    // WGS 84 ellipsoid, which PROJ leaves the positions of.
+    const CsvTable table = Csv(Features({"--ncml", ncml, "--vars", "wind", kPoints}));
+    ASSERT_EQ(table.rows.size(), 6u);
+    EXPECT_EQ(table(0, "wind"), "7.2");
+    EXPECT_EQ(table(1, "x"), "-27.42");
+    EXPECT_EQ(table(1, "y"), "48.15");
+
+    const fs::path dir = ScratchDirectory("ncml");
+    WriteFile(dir / "broken.ncml", "<netcdf><variable name=\"x\"></netcdf>");
+    const ToolRun broken = Features({"--ncml", (dir / "broken.ncml").string(), kPoints});
+    EXPECT_EQ(broken.exitStatus, 1);
+    EXPECT_TRUE(broken.out.empty());
+    EXPECT_FALSE(broken.err.empty());
+}
+
 TEST(FeaturesOutput, FileFullDiskAndInputProtection) {
     const fs::path dir = ScratchDirectory("out");
     const fs::path file = dir / "points.csv";
