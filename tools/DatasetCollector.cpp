@@ -218,13 +218,13 @@ FileReport InspectFile(const std::filesystem::path& path, IXMLDOMDocument* ncml,
             } catch (...) {
                 DatasetReport failed;
                 failed.fullGroupName = dataset->FullGroupName();
-                failed.errors.push_back(CurrentExceptionText());
+                failed.errors.push_back(CurrentExceptionText(path));
                 report.datasets.push_back(std::move(failed));
             }
         }
     } catch (...) {
         report.read = false;
-        report.error = CurrentExceptionText();
+        report.error = CurrentExceptionText(path);
     }
     for (long i = 0; i < log.cMessages(); ++i) {
         const auto message = log.GetMessage(i);

@@ -10,11 +10,11 @@
 #include "Names.h"
 #include "Paths.h"
 #include "Progress.h"
+#include "RunSetup.h"
 #include "TextReport.h"
-#include "UnitDatabase.h"
-#include <zorvodsg/workspace/NetCDFWorkspace.h>
 
-using ZorvoDSG::Host::IXMLDOMDocumentPtr;
+using ZorvoDSG::Host::IXMLDOMDocument;
+
 
 #ifndef ZDSG_VERSION
 #define ZDSG_VERSION "unknown"
@@ -28,6 +28,7 @@ CLI::App* AddInspectCommand(CLI::App& app, InspectOptions& options) {
         ->required();
     inspect->add_flag("-r,--recursive", options.recursive, "Search directories and their subdirectories");
     inspect->add_flag("--json", options.json, "Write one JSON document instead of text");
+    inspect->add_flag("--wkt", options.wkt, "Print the full WKT of each coordinate system in the text report");
     inspect->add_option("--ncml", options.ncml, "NcML document applied to every file opened")
         ->check(CLI::ExistingFile);
     inspect->add_option("--udunits", options.udunits, "UDUNITS-2 XML database (default: found automatically)")
@@ -41,26 +42,13 @@ int RunInspect(const InspectOptions& options) {
     info.version = ZDSG_VERSION;
     info.openOptions = MakeOpenOptions(options.open);
 
-    std::string unitError;
-    info.udunits2 = LoadUDUnits2(options.udunits, unitError);
-    if (!info.udunits2) {
-        std::cerr << "zdsg: " << Printable(unitError) << '\n';
-        if (!options.udunits.empty()) {
-            return eExitRefused;
-        }
+    RunResources resources;
+    if (!LoadRunResources(options.udunits, options.ncml, resources)) {
+        return eExitRefused;
     }
-
-    // Opened once, before any file: a broken document would make every file fail the same way.
-    IXMLDOMDocumentPtr ncml;
-    if (!options.ncml.empty()) {
-        try {
-            ncml = ZorvoNetCDFDSG::NetCDFWorkspace::s_OpenNcMLDocument(options.ncml);
-        } catch (...) {
-            std::cerr << "zdsg: " << Printable(CurrentExceptionText()) << '\n';
-            return eExitRefused;
-        }
-        info.ncml = options.ncml;
-    }
+    info.udunits2 = resources.udunits2;
+    info.ncml = resources.ncmlPath;
+    IXMLDOMDocument* ncml = resources.ncml.get();
 
     const InputFiles inputs = CollectInputFiles(options.paths, options.recursive);
     for (const auto& directory : inputs.emptyDirectories) {
@@ -71,17 +59,17 @@ int RunInspect(const InspectOptions& options) {
     if (options.json) {
         report = std::make_unique<JsonReport>(std::cout);
     } else {
-        report = std::make_unique<TextReport>(std::cout, bColourWanted());
+        report = std::make_unique<TextReport>(std::cout, bColourWanted(), options.wkt);
     }
     report->Begin(info);
     Summary summary;
-    Progress progress(inputs.files.size());
+    Progress progress(inputs.files.size(), inputs.files.size() > 1 && bStderrTerminal());
     size_t done = 0;
     for (const auto& input : inputs.files) {
         progress.Show(done, input.path.string());
         FileReport file;
         if (input.problem.empty()) {
-            file = InspectFile(input.path, ncml.get(), info.openOptions);
+            file = InspectFile(input.path, ncml, info.openOptions);
         } else {
             file.path = input.path.string();
             file.error = input.problem;

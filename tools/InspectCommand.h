@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "OpenFlags.h"
+#include "ExitStatus.h"
 
 namespace CLI {
 class App;
@@ -16,13 +17,11 @@ struct InspectOptions {
     std::vector<std::string> paths;
     bool recursive = false;
     bool json = false;
+    bool wkt = false;
     std::string ncml;
     std::string udunits;
     OpenFlags open;
 };
-
-// Exit statuses of the tool.
-enum eExitStatus : int { eExitOk = 0, eExitRefused = 1, eExitUsage = 2 };
 
 // Adds the subcommand and its options to `app`; the options are filled in by parsing.
 CLI::App* AddInspectCommand(CLI::App& app, InspectOptions& options);

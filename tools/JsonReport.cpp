@@ -3,11 +3,9 @@
 #include <rapidjson/ostreamwrapper.h>
 #include <rapidjson/prettywriter.h>
 
-#include <cmath>
-#include <cstdlib>
 #include <ostream>
-#include <variant>
 
+#include "JsonValue.h"
 #include "Names.h"
 #include "OpenFlags.h"
 
@@ -26,10 +24,7 @@ struct JsonReport::Impl {
 namespace {
 
 // netCDF names and texts are bytes as the file holds them; the document must stay valid UTF-8.
-void String(Writer& w, const std::string& text) {
-    const std::string valid = ValidUtf8(text);
-    w.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
-}
+void String(Writer& w, const std::string& text) { WriteJsonString(w, text); }
 
 void Key(Writer& w, const char* key) { w.Key(key); }
 
@@ -42,52 +37,7 @@ void OptionalString(Writer& w, const char* key, const std::optional<std::string>
     }
 }
 
-// JSON has no NaN or infinities; they are written as the texts "NaN", "Infinity", "-Infinity".
-void Number(Writer& w, double value) {
-    if (std::isfinite(value)) {
-        w.Double(value);
-    } else {
-        String(w, NumberText(value));
-    }
-}
-
-void Value(Writer& w, const ZorvoDSG::System::NcVariant& value);
-
-void Array(Writer& w, const ZorvoDSG::System::NcVariantArray& values) {
-    w.StartArray();
-    for (size_t i = 0; i < values.Size(); ++i) {
-        Value(w, values[i]);
-    }
-    w.EndArray();
-}
-
-void Value(Writer& w, const ZorvoDSG::System::NcVariant& value) {
-    std::visit(
-        [&w](const auto& v) {
-            using T = std::decay_t<decltype(v)>;
-            if constexpr (std::is_same_v<T, std::monostate>) {
-                w.Null();
-            } else if constexpr (std::is_same_v<T, std::string>) {
-                String(w, v);
-            } else if constexpr (std::is_same_v<T, ZorvoDSG::System::NcVariantArray>) {
-                Array(w, v);
-            } else if constexpr (std::is_same_v<T, float>) {
-                // The float's own shortest text, so 0.01f is written 0.01 and not 0.009999999776482582.
-                Number(w, std::isfinite(v) ? std::strtod(NumberText(v).c_str(), nullptr) : static_cast<double>(v));
-            } else if constexpr (std::is_same_v<T, double>) {
-                Number(w, v);
-            } else if constexpr (std::is_same_v<T, uint64_t>) {
-                w.Uint64(v);
-            } else if constexpr (std::is_same_v<T, int64_t>) {
-                w.Int64(v);
-            } else if constexpr (std::is_unsigned_v<T>) {
-                w.Uint(v);
-            } else {
-                w.Int(v);
-            }
-        },
-        value);
-}
+void Value(Writer& w, const ZorvoDSG::System::NcVariant& value) { WriteJsonValue(w, value, eNonFinite::eAsText); }
 
 void StringArray(Writer& w, const std::vector<std::string>& texts) {
     w.StartArray();

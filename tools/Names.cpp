@@ -5,6 +5,7 @@
 #include <charconv>
 #include <chrono>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 #include <exception>
 #include <variant>
@@ -92,38 +93,69 @@ std::string VerticalDatumModelName(ZorvoDSG::SpaceTime::eVerticalDatumModel mode
     return "datum model " + std::to_string(static_cast<int>(model));
 }
 
-std::string FileTimeToIso8601(uint64_t ticks) {
+namespace {
+
+void Digits(char* out, unsigned value, int width) {
+    for (int i = width - 1; i >= 0; --i) {
+        out[i] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    }
+}
+
+}  // namespace
+
+size_t FileTimeToIso8601(uint64_t ticks, char* out) {
     using namespace std::chrono;
     constexpr uint64_t kTicksPerSecond = 10'000'000;
     // Years past 9999 do not fit ISO 8601's basic form; FILETIME arithmetic wraps there anyway.
     constexpr uint64_t kMaxSeconds = 265'046'774'400ULL;  // 1601-01-01 .. 9999-12-31
     const uint64_t totalSeconds = ticks / kTicksPerSecond;
     if (totalSeconds >= kMaxSeconds) {
-        return "FILETIME " + std::to_string(ticks);
+        return 0;
     }
-    const sys_seconds instant = sys_days{year{1601} / January / 1} + seconds{static_cast<int64_t>(totalSeconds)};
-    const auto day = floor<days>(instant);
+    // Written digit by digit: a features run formats one time per feature.
+    const sys_days epoch = sys_days{year{1601} / January / 1};
+    const auto day = epoch + days{static_cast<int64_t>(totalSeconds / 86400)};
     const year_month_day date{day};
-    const hh_mm_ss time{instant - day};
+    const auto secondOfDay = static_cast<unsigned>(totalSeconds % 86400);
     const auto millis = static_cast<unsigned>((ticks % kTicksPerSecond) / 10'000);
-    char buffer[64];
-    const int year = static_cast<int>(date.year());
-    const auto month = static_cast<unsigned>(date.month());
-    const auto dayOfMonth = static_cast<unsigned>(date.day());
-    const auto hours = static_cast<long>(time.hours().count());
-    const auto minutes = static_cast<long>(time.minutes().count());
-    const auto secs = static_cast<long>(time.seconds().count());
+    Digits(out, static_cast<unsigned>(static_cast<int>(date.year())), 4);
+    out[4] = '-';
+    Digits(out + 5, static_cast<unsigned>(date.month()), 2);
+    out[7] = '-';
+    Digits(out + 8, static_cast<unsigned>(date.day()), 2);
+    out[10] = 'T';
+    Digits(out + 11, secondOfDay / 3600, 2);
+    out[13] = ':';
+    Digits(out + 14, secondOfDay / 60 % 60, 2);
+    out[16] = ':';
+    Digits(out + 17, secondOfDay % 60, 2);
+    size_t length = 19;
     if (millis != 0) {
-        std::snprintf(buffer, sizeof buffer, "%04d-%02u-%02uT%02ld:%02ld:%02ld.%03uZ", year, month, dayOfMonth, hours,
-                      minutes, secs, millis);
-    } else {
-        std::snprintf(buffer, sizeof buffer, "%04d-%02u-%02uT%02ld:%02ld:%02ldZ", year, month, dayOfMonth, hours,
-                      minutes, secs);
+        out[length++] = '.';
+        Digits(out + length, millis, 3);
+        length += 3;
     }
-    return buffer;
+    out[length++] = 'Z';
+    return length;
+}
+
+std::string FileTimeToIso8601(uint64_t ticks) {
+    char buffer[kIso8601Capacity];
+    const size_t length = FileTimeToIso8601(ticks, buffer);
+    return length != 0 ? std::string(buffer, length) : "FILETIME " + std::to_string(ticks);
 }
 
 namespace {
+
+template <typename T>
+size_t Format(T value, char* out) {
+    const T magnitude = std::fabs(value);
+    const bool bPlain = magnitude == 0 || (magnitude >= T(1e-5) && magnitude < T(1e15));
+    const auto result = bPlain ? std::to_chars(out, out + kNumberCapacity, value, std::chars_format::fixed)
+                               : std::to_chars(out, out + kNumberCapacity, value);
+    return static_cast<size_t>(result.ptr - out);
+}
 
 template <typename T>
 std::string ShortestText(T value) {
@@ -133,9 +165,8 @@ std::string ShortestText(T value) {
     if (std::isinf(value)) {
         return value > 0 ? "Infinity" : "-Infinity";
     }
-    char buffer[64];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-    return std::string(buffer, result.ptr);
+    char buffer[kNumberCapacity];
+    return std::string(buffer, Format(value, buffer));
 }
 
 std::string QuotedText(const std::string& text) {
@@ -158,6 +189,9 @@ std::string ArrayText(const ZorvoDSG::System::NcVariantArray& values) {
 }
 
 }  // namespace
+
+size_t FormatNumber(double value, char* out) { return Format(value, out); }
+size_t FormatNumber(float value, char* out) { return Format(value, out); }
 
 std::string NumberText(double value) { return ShortestText(value); }
 std::string NumberText(float value) { return ShortestText(value); }
@@ -182,7 +216,19 @@ std::string ValueText(const ZorvoDSG::System::NcVariant& value) {
         value);
 }
 
-std::string ValidUtf8(const std::string& text) { return WideToUtf8(Utf8ToWide(text)); }
+bool bAscii(std::string_view text) {
+    for (const char c : text) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string ValidUtf8(std::string_view text) {
+    // Most texts are ASCII; only the others take the round trip through the decoder.
+    return bAscii(text) ? std::string(text) : WideToUtf8(Utf8ToWide(text));
+}
 
 std::string Printable(const std::string& text) {
     const std::wstring wide = Utf8ToWide(text);
@@ -207,11 +253,19 @@ std::string Printable(const std::string& text) {
     return WideToUtf8(safe);
 }
 
-std::string CurrentExceptionText() {
+std::string CurrentExceptionText(const std::filesystem::path& reportedPath) {
     try {
         throw;
     } catch (const ZorvoDSG::Exception& e) {
-        return WideToUtf8(e.ToString().Str());
+        // Not ToString(): its fixed "code: detail: path" leaves empty fields ("format: : a.nc").
+        std::string text = WideToUtf8(ZorvoDSG::Exception::s_NcErrToWString(e.NcErr()).Str());
+        if (!e.wsDetail().empty()) {
+            text += ": " + WideToUtf8(e.wsDetail());
+        }
+        if (!e.NcPath().empty() && e.NcPath() != reportedPath) {
+            text += " (" + e.NcPath().string() + ")";
+        }
+        return text;
     } catch (const std::exception& e) {
         return e.what();
     } catch (const char* text) {

@@ -21,8 +21,10 @@ size_t TerminalWidth() {
 
 }  // namespace
 
-Progress::Progress(size_t total)
-    : m_total(total), m_bEnabled(total > 1 && isatty(STDERR_FILENO) != 0), m_width(m_bEnabled ? TerminalWidth() : 0) {}
+bool bStderrTerminal() { return isatty(STDERR_FILENO) != 0; }
+
+Progress::Progress(size_t total, bool bEnabled)
+    : m_total(total), m_bEnabled(bEnabled), m_width(m_bEnabled ? TerminalWidth() : 0) {}
 
 Progress::~Progress() { Clear(); }
 

@@ -1,5 +1,6 @@
 #pragma once
-// "\r[done/total] current-file" on stderr while many files are read, only when stderr is a terminal.
+// "\r[done/total] current-file" on stderr while files are read, when the command wants it (stderr a
+// terminal, see bStderrTerminal()).
 
 #include <cstddef>
 #include <string>
@@ -8,7 +9,7 @@ namespace zdsg {
 
 class Progress {
 public:
-    explicit Progress(size_t total);
+    Progress(size_t total, bool bEnabled);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -23,5 +24,7 @@ private:
     bool m_bShown = false;
     size_t m_width;
 };
+
+bool bStderrTerminal();
 
 }  // namespace zdsg

@@ -8,6 +8,7 @@
 #include <sstream>
 #include <vector>
 
+#include "CrsLabel.h"
 #include "Names.h"
 #include "OpenFlags.h"
 
@@ -73,7 +74,7 @@ bool bColourWanted() {
     return isatty(STDOUT_FILENO) != 0 && (noColour == nullptr || *noColour == '\0');
 }
 
-TextReport::TextReport(std::ostream& out, bool colour) : m_out(out), m_bColour(colour) {}
+TextReport::TextReport(std::ostream& out, bool colour, bool bWkt) : m_out(out), m_bColour(colour), m_bWkt(bWkt) {}
 
 std::string TextReport::Paint(const char* code, const std::string& text) const {
     if (!m_bColour || text.empty()) {
@@ -205,12 +206,21 @@ void TextReport::Dataset(const DatasetReport& d) {
         for (const auto& crs : d.crs) {
             m_out << "      " << Printable(crs.gridMapping) << Paint(kDim, " (used by " + Join(crs.usedBy, ", ") + ")")
                   << '\n';
+            // A CRS by name and identifier; its WKT, a screenful, only on request.
             std::vector<Row> rows;
-            rows.push_back({"horizontal", crs.wkt ? Printable(*crs.wkt) : Paint(kRed, "error: ") + Printable(crs.wktError.value_or(""))});
+            const std::string error = Paint(kRed, "error: ");
+            rows.push_back({"horizontal", crs.wkt ? Printable(CrsLabel(*crs.wkt))
+                                                  : error + Printable(crs.wktError.value_or(""))});
             if (crs.vwktError) {
-                rows.push_back({"vertical", Paint(kRed, "error: ") + Printable(*crs.vwktError)});
+                rows.push_back({"vertical", error + Printable(*crs.vwktError)});
             } else if (crs.wkt || crs.vwkt) {
-                rows.push_back({"vertical", OrDash(crs.vwkt)});
+                rows.push_back({"vertical", crs.vwkt ? Printable(CrsLabel(*crs.vwkt)) : "-"});
+            }
+            if (m_bWkt && crs.wkt) {
+                rows.push_back({"horizontal WKT", Printable(*crs.wkt)});
+            }
+            if (m_bWkt && crs.vwkt) {
+                rows.push_back({"vertical WKT", Printable(*crs.vwkt)});
             }
             Table(m_out, "        ", rows);
         }

@@ -9,7 +9,8 @@ namespace zdsg {
 
 class TextReport final : public Report {
 public:
-    TextReport(std::ostream& out, bool colour);
+    // `bWkt`: print each coordinate system's full WKT under its name.
+    TextReport(std::ostream& out, bool colour, bool bWkt);
 
     void Begin(const RunInfo& info) override;
     void File(const FileReport& file) override;
@@ -21,6 +22,7 @@ private:
 
     std::ostream& m_out;
     bool m_bColour;
+    bool m_bWkt;
 };
 
 // Whether standard output should be coloured: a terminal, and NO_COLOR unset or empty.

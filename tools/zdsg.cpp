@@ -3,6 +3,7 @@
 
 #include <iostream>
 
+#include "FeaturesCommand.h"
 #include "InspectCommand.h"
 
 int main(int argc, char** argv) {
@@ -11,19 +12,24 @@ int main(int argc, char** argv) {
     app.require_subcommand(0, 1);
     zdsg::InspectOptions inspectOptions;
     CLI::App* inspect = zdsg::AddInspectCommand(app, inspectOptions);
+    zdsg::FeaturesOptions featuresOptions;
+    CLI::App* features = zdsg::AddFeaturesCommand(app, featuresOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
         return app.exit(e) == 0 ? zdsg::eExitOk : zdsg::eExitUsage;
     }
-    if (inspect->parsed()) {
-        try {
+    try {
+        if (inspect->parsed()) {
             return zdsg::RunInspect(inspectOptions);
-        } catch (const std::exception& e) {
-            // Files are guarded one by one; this is the tool itself failing (memory, output).
-            std::cerr << "zdsg: " << e.what() << '\n';
-            return zdsg::eExitRefused;
         }
+        if (features->parsed()) {
+            return zdsg::RunFeatures(featuresOptions);
+        }
+    } catch (const std::exception& e) {
+        // Files are guarded one by one; this is the tool itself failing (memory, output).
+        std::cerr << "zdsg: " << e.what() << '\n';
+        return zdsg::eExitRefused;
     }
     // No command: say what there is, and fail like any other incomplete command line.
     std::cerr << app.help();

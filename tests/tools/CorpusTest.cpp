@@ -1,7 +1,14 @@
-// `zdsg inspect` on the corpus of real DSG files: every file read or refused, none crashing.
+// `zdsg inspect` and `zdsg features` on the corpus of real DSG files: every file read or refused,
+// none crashing.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "FeaturesOutput.h"
 #include "ToolRunner.h"
 
 namespace fs = std::filesystem;
@@ -61,4 +68,42 @@ TEST(InspectCorpus, EveryFileIsReadOrRefused) {
     const ToolRun text = RunTool({"inspect", "--recursive", corpus.string()});
     EXPECT_EQ(text.signal, 0);
     EXPECT_EQ(text.exitStatus, run.exitStatus);
+}
+
+TEST(FeaturesCorpus, EveryFileYieldsFeaturesOrADocumentedRefusal) {
+    const fs::path corpus(ZDSG_CORPUS_DIR);
+    if (!fs::is_directory(corpus)) {
+        GTEST_SKIP() << "no corpus at " << corpus;
+    }
+    const ToolRun run = RunTool({"features", "--format", "geojson", "--recursive", corpus.string()});
+    ASSERT_FALSE(run.timedOut);
+    ASSERT_EQ(run.signal, 0) << run.err;
+    ASSERT_TRUE(run.exitStatus == 0 || run.exitStatus == 1) << run.exitStatus << run.err;
+    rapidjson::Document features;
+    ASSERT_TRUE(ParseGeoJsonOutput(run.out, false, features));
+
+    // Each refusal names its file and says why.
+    const std::regex refusal("zdsg: (.+?)(, group [^:]+)?: .+");
+    std::set<std::string> refused;
+    std::istringstream lines(run.err);
+    for (std::string line; std::getline(lines, line);) {
+        std::smatch match;
+        ASSERT_TRUE(std::regex_match(line, match, refusal)) << line;
+        refused.insert(match[1]);
+    }
+    std::set<std::string> classes;
+    for (const auto& feature : features.GetArray()) {
+        classes.insert(feature["properties"]["class"].GetString());
+    }
+    for (const auto& entry : fs::recursive_directory_iterator(corpus)) {
+        const auto extension = entry.path().extension();
+        if (!entry.is_regular_file() || (extension != ".nc" && extension != ".nc4")) {
+            continue;
+        }
+        const std::string stem = entry.path().stem().string();
+        const bool bFeatures = std::any_of(classes.begin(), classes.end(),
+                                           [&stem](const std::string& name) { return name.rfind(stem + "_", 0) == 0; });
+        EXPECT_TRUE(bFeatures || refused.count(entry.path().string()) == 1) << entry.path();
+    }
+    EXPECT_EQ(run.exitStatus, refused.empty() ? 0 : 1);
 }

@@ -52,8 +52,8 @@ TEST(InspectInput, RefusedFilesAreReportedAndTheOthersStillRead) {
         EXPECT_EQ((*file)["datasets"].Size(), 0u);
     }
     EXPECT_EQ(Text((*FindFile(document, "missing.nc"))["error"]), "no such file or directory");
-    // The library's error text names the file it refused.
-    EXPECT_NE(Text((*FindFile(document, "text.nc"))["error"]).find("text.nc"), std::string::npos);
+    // A refusal reads as a sentence: the path is the file's own key, and no field is left empty.
+    EXPECT_EQ(Text((*FindFile(document, "text.nc"))["error"]), "NetCDF: Unknown file format");
     EXPECT_EQ(Text((*FindFile(document, "zz_good.nc"))["status"]), "read");
     EXPECT_EQ(document["summary"]["refused"].GetUint64(), 4u);
     EXPECT_EQ(document["summary"]["read"].GetUint64(), 1u);
@@ -79,6 +79,43 @@ TEST(InspectInput, ControlCharactersFromFilesAreEscapedInText) {
     EXPECT_NE(run.out.find(R"("line one\nline two \x1B[31mred")"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("T days since 2000-01-01T14:00:00.500Z"), std::string::npos);
     EXPECT_NE(run.out.find("missing_crs (used by temp)"), std::string::npos);
+}
+
+TEST(InspectInput, TextReportNamesEachCrsAndPrintsWktOnlyOnRequest) {
+    const std::vector<std::string> files = {ExamplePath("point_observations.nc").string(),
+                                            ExamplePath("timeseries_projected.nc").string()};
+    std::vector<std::string> arguments = {"inspect"};
+    arguments.insert(arguments.end(), files.begin(), files.end());
+    const ToolRun run = RunTool(arguments, {}, {"NO_COLOR"});
+    EXPECT_EQ(run.exitStatus, 0) << run.err;
+    // By identifier when the WKT has one, else by projection and datum names.
+    EXPECT_NE(run.out.find("horizontal  WGS 84 (EPSG:4326)\n"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("horizontal  crs_PCS (Transverse Mercator, datum crs_D)\n"), std::string::npos)
+        << run.out;
+    EXPECT_EQ(run.out.find("GEOGCRS["), std::string::npos);
+    EXPECT_EQ(run.out.find("PROJCRS["), std::string::npos);
+
+    arguments.push_back("--wkt");
+    const ToolRun withWkt = RunTool(arguments, {}, {"NO_COLOR"});
+    EXPECT_EQ(withWkt.exitStatus, 0) << withWkt.err;
+    EXPECT_NE(withWkt.out.find("horizontal WKT  PROJCRS[\"crs_PCS\""), std::string::npos) << withWkt.out;
+    EXPECT_NE(withWkt.out.find("horizontal WKT  GEOGCRS[\"WGS 84\""), std::string::npos);
+
+    // JSON keeps the full WKT.
+    const ToolRun json = RunTool({"inspect", "--json", files[1]});
+    rapidjson::Document document;
+    ASSERT_TRUE(ParseJson(json, document));
+    EXPECT_EQ(Text(document["files"][0]["datasets"][0]["gridMappings"][0]["wkt"]).rfind("PROJCRS[", 0), 0u);
+}
+
+TEST(InspectInput, RefusalReadsAsASentence) {
+    const fs::path dir = ScratchDirectory("sentence");
+    WriteFile(dir / "junk.nc", "junk");
+    const ToolRun run = RunTool({"inspect", (dir / "junk.nc").string()}, {}, {"NO_COLOR"});
+    EXPECT_EQ(run.exitStatus, 1);
+    // The path heads the entry already; the empty detail leaves no empty field behind.
+    EXPECT_NE(run.out.find("junk.nc  refused\n  NetCDF: Unknown file format\n"), std::string::npos) << run.out;
+    EXPECT_EQ(run.out.find(": :"), std::string::npos);
 }
 
 TEST(InspectInput, DirectoriesAreWalkedForNetCDFNamesOnly) {

@@ -1,0 +1,31 @@
+#pragma once
+// CSV as RFC 4180 has it: a header line, CRLF line ends, fields quoted when they hold a comma, a
+// quote or a line break. Columns: class, oid, time, x, y, z, crs (with --native-crs only), then the
+// variables. A fill value, NaN or an absent coordinate is an empty field.
+
+#include "FeatureWriter.h"
+
+namespace zdsg {
+
+class OutputFile;
+
+class CsvWriter final : public FeatureWriter {
+public:
+    CsvWriter(OutputFile& out, bool bNativeCrs);
+
+    void Begin(const std::vector<std::string>& columns) override;
+    void Point(const PointRecord& point) override;
+    void Profile(const ProfileRecord& profile) override;
+    void End() override;
+
+private:
+    void Text(std::string_view text);
+    void Number(double value, bool bFloat);
+    void Value(const ZorvoDSG::System::NcVariant* value);
+    void Common(const FeatureRecord& record);
+
+    OutputFile& m_out;
+    bool m_bNativeCrs;
+};
+
+}  // namespace zdsg

@@ -1,0 +1,181 @@
+#include "GeoJsonWriter.h"
+
+#include <rapidjson/writer.h>
+
+#include <cmath>
+
+#include "JsonValue.h"
+#include "OutputFile.h"
+
+namespace zdsg {
+
+using Writer = rapidjson::Writer<JsonOutputStream>;
+
+struct GeoJsonWriter::Impl {
+    Impl(OutputFile& target, bool bSequenceOutput)
+        : out(target), stream(target), writer(stream), bSequence(bSequenceOutput) {}
+
+    void StartFeature();
+    void Properties(const FeatureRecord& record, const ProfileRecord* profile = nullptr);
+    void Observations(const ProfileRecord& profile);
+    void EndFeature();
+    void Coordinate(double value, bool bFloat) {
+        if (bFloat) {
+            WriteJsonNumber(writer, static_cast<float>(value), eNonFinite::eAsNull);
+        } else {
+            WriteJsonNumber(writer, value, eNonFinite::eAsNull);
+        }
+    }
+
+    OutputFile& out;
+    JsonOutputStream stream;
+    Writer writer;  // reset for every feature, keeping its stack
+    bool bSequence;
+    bool bFirst = true;
+    std::vector<std::string> columns;
+};
+
+void GeoJsonWriter::Impl::StartFeature() {
+    if (bSequence) {
+        out.Put('\x1e');
+    } else if (!bFirst) {
+        out.Write(",\n");
+    }
+    bFirst = false;
+    writer.Reset(stream);
+    writer.StartObject();
+    writer.Key("type");
+    writer.String("Feature");
+}
+
+void GeoJsonWriter::Impl::Properties(const FeatureRecord& record, const ProfileRecord* profile) {
+    writer.Key("properties");
+    writer.StartObject();
+    writer.Key("class");
+    WriteJsonString(writer, record.featureClass->name);
+    writer.Key("oid");
+    WriteJsonValue(writer, *record.oid, eNonFinite::eAsNull);
+    writer.Key("time");
+    if (record.time.empty()) {
+        writer.Null();
+    } else {
+        writer.String(record.time.data(), static_cast<rapidjson::SizeType>(record.time.size()));
+    }
+    if (!record.featureClass->nativeCrs.empty()) {
+        writer.Key("crs");
+        WriteJsonString(writer, record.featureClass->nativeCrs);
+    }
+    for (size_t i = 0; i < record.values.size(); ++i) {
+        if (const auto* value = record.values[i]) {
+            WriteJsonString(writer, columns[i]);
+            WriteJsonValue(writer, *value, eNonFinite::eAsNull);
+        }
+    }
+    if (profile != nullptr) {
+        Observations(*profile);
+    }
+    writer.EndObject();
+}
+
+// The runs of a profile or time series: their times or z values, and each observation variable.
+void GeoJsonWriter::Impl::Observations(const ProfileRecord& profile) {
+    writer.Key("observations");
+    writer.StartObject();
+    writer.Key(profile.bValuesAreZ ? "z" : "time");
+    writer.StartArray();
+    for (const ProfileRecord::Row& row : profile.rows) {
+        if (profile.bValuesAreZ) {
+            WriteJsonNumber(writer, row.z, eNonFinite::eAsNull);
+        } else if (row.time.empty()) {
+            writer.Null();
+        } else {
+            writer.String(row.time.data(), static_cast<rapidjson::SizeType>(row.time.size()));
+        }
+    }
+    writer.EndArray();
+    for (const auto& [column, values] : profile.observations) {
+        WriteJsonString(writer, columns[column]);
+        writer.StartArray();
+        for (size_t j = 0; j < profile.cRows; ++j) {
+            WriteJsonValue(writer, j < values->Size() ? (*values)[j] : ZorvoDSG::System::NcVariant{}, eNonFinite::eAsNull);
+        }
+        writer.EndArray();
+    }
+    writer.EndObject();
+}
+
+void GeoJsonWriter::Impl::EndFeature() {
+    writer.EndObject();
+    if (bSequence) {
+        out.Put('\n');
+    }
+}
+
+GeoJsonWriter::GeoJsonWriter(OutputFile& out, bool bSequence) : m_impl(std::make_unique<Impl>(out, bSequence)) {}
+
+GeoJsonWriter::~GeoJsonWriter() = default;
+
+void GeoJsonWriter::Begin(const std::vector<std::string>& columns) {
+    m_impl->columns = columns;
+    if (!m_impl->bSequence) {
+        m_impl->out.Write("{\"type\":\"FeatureCollection\",\"features\":[\n");
+    }
+}
+
+void GeoJsonWriter::Point(const PointRecord& point) {
+    Impl& impl = *m_impl;
+    Writer& w = impl.writer;
+    impl.StartFeature();
+    w.Key("geometry");
+    if (std::isnan(point.x) || std::isnan(point.y)) {
+        w.Null();
+    } else {
+        w.StartObject();
+        w.Key("type");
+        w.String("Point");
+        w.Key("coordinates");
+        w.StartArray();
+        impl.Coordinate(point.x, point.bFloatXY);
+        impl.Coordinate(point.y, point.bFloatXY);
+        if (!std::isnan(point.z)) {
+            impl.Coordinate(point.z, point.bFloatZ);
+        }
+        w.EndArray();
+        w.EndObject();
+    }
+    impl.Properties(point);
+    impl.EndFeature();
+}
+
+void GeoJsonWriter::Profile(const ProfileRecord& profile) {
+    Impl& impl = *m_impl;
+    Writer& w = impl.writer;
+    impl.StartFeature();
+    w.Key("geometry");
+    if (std::isnan(profile.x) || std::isnan(profile.y)) {
+        w.Null();
+    } else {
+        w.StartObject();
+        w.Key("type");
+        w.String("Point");
+        w.Key("coordinates");
+        w.StartArray();
+        impl.Coordinate(profile.x, profile.bFloatXY);
+        impl.Coordinate(profile.y, profile.bFloatXY);
+        if (!std::isnan(profile.z)) {
+            impl.Coordinate(profile.z, false);
+        }
+        w.EndArray();
+        w.EndObject();
+    }
+    impl.Properties(profile, &profile);
+    impl.EndFeature();
+}
+
+void GeoJsonWriter::End() {
+    if (!m_impl->bSequence) {
+        m_impl->out.Write(m_impl->bFirst ? "]}\n" : "\n]}\n");
+    }
+}
+
+}  // namespace zdsg
