@@ -146,7 +146,7 @@ TEST_P(PointFieldsTest, FilterNamesSelectAndRepeatFields) {
 }
 
 INSTANTIATE_TEST_SUITE_P(ClassicAndNetCDF4, PointFieldsTest, ::testing::Values("points_fields.nc", "points_fields_nc4.nc"),
-                         [](const auto& info) { return info.index == 0 ? std::string("classic") : std::string("netcdf4"); });
+                         [](const auto& test) { return test.index == 0 ? std::string("classic") : std::string("netcdf4"); });
 
 TEST(PointExampleTest, DriftFixes) {
     auto featureClass = OpenClass(feature_test::ExamplePath("point_observations.nc"));
