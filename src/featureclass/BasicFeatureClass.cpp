@@ -3,6 +3,7 @@
 #include <variant>
 
 #include <zorvodsg/featureclass/BasicPointFeatureClass.h>
+#include <zorvodsg/featureclass/BasicTrajectoryFeatureClass.h>
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
 #include <zorvodsg/values/NetCDFWorkspaceLog.h>
@@ -54,12 +55,16 @@ std::shared_ptr<BasicFeatureClass> BasicFeatureClass::s_Open(const std::shared_p
             return std::make_shared<BasicPointFeatureClass>(dataset, workspace);
         case eFeatureProfile:
         case eFeatureTimeSeries:
+            if (role.id < 0) {
+                throw Exception(eMissingCFRole, L"", path);
+            }
+            // Read by the profile class, which this build does not have yet.
+            throw Exception(eFeatureTypeNotImplemented, Host::Utf8ToWide(FeatureTypeName(type)), path);
         case eFeatureTrajectory:
             if (role.id < 0) {
                 throw Exception(eMissingCFRole, L"", path);
             }
-            // Read by the profile and trajectory classes, which this build does not have yet.
-            throw Exception(eFeatureTypeNotImplemented, Host::Utf8ToWide(FeatureTypeName(type)), path);
+            return std::make_shared<BasicTrajectoryFeatureClass>(type, dataset, role.id, workspace);
         default:
             throw Exception(eFeatureTypeNotImplemented, Host::Utf8ToWide(FeatureTypeName(type)), path);
     }
