@@ -4,6 +4,7 @@
 
 #include <zorvodsg/featureclass/BasicPointFeatureClass.h>
 #include <zorvodsg/featureclass/BasicProfileFeatureClass.h>
+#include <zorvodsg/featureclass/BasicTrajectoryFeatureClass.h>
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
 #include <zorvodsg/values/NetCDFWorkspaceLog.h>
@@ -68,8 +69,7 @@ std::shared_ptr<BasicFeatureClass> BasicFeatureClass::s_Open(const std::shared_p
             if (role.id < 0) {
                 throw Exception(eMissingCFRole, L"", path);
             }
-            // Read by the trajectory class, which this build does not have yet.
-            throw Exception(eFeatureTypeNotImplemented, Host::Utf8ToWide(FeatureTypeName(type)), path);
+            return std::make_shared<BasicTrajectoryFeatureClass>(type, dataset, role.id, workspace);
         default:
             throw Exception(eFeatureTypeNotImplemented, Host::Utf8ToWide(FeatureTypeName(type)), path);
     }

@@ -1,0 +1,78 @@
+#include <zorvodsg/cursor/detail/NetCDFOrthoMDTrajectoryCursor.h>
+
+#include <netcdf.h>
+
+#include <zorvodsg/values/Exception.h>
+
+namespace ZorvoNetCDFDSG {
+
+using ZorvoDSG::TrajectoryFeature;
+using detail::OrthoRun;
+
+NetCDFOrthoMDTrajectoryCursor::NetCDFOrthoMDTrajectoryCursor(
+    std::shared_ptr<ZorvoDSG::BasicTrajectoryFeatureClass> trajectoryClass, const ZorvoDSG::SpatialFilter& filter)
+    : NetCDFTrajectoryCursorImpl(std::move(trajectoryClass), filter) {
+    size_t length = 0;
+    const int status = nc_inq_dimlen(m_ncId, static_cast<int>(m_trajectoryClass->idObservationDim()), &length);
+    if (status != NC_NOERR) {
+        throw ZorvoDSG::Exception(status, L"failure reading ortho-md vertex count", m_reader.Path());
+    }
+    m_cVertices = static_cast<uint64_t>(VertexCount(length));
+    if (m_trajectoryClass->Layout() == ZorvoDSG::eLayoutSingleInstance) {
+        m_shape = OrthoRun::eWhole;
+    } else {
+        m_count = m_trajectoryClass->cFeatures();
+        m_shape = s_bInstanceDimIsFirst(m_xVariable, m_trajectoryClass->idInstanceDim()) ? OrthoRun::eRows
+                                                                                          : OrthoRun::eColumns;
+    }
+    m_coordinates.push_back(MakeRun(m_xVariable));
+    m_coordinates.push_back(MakeRun(m_yVariable));
+    m_coordinates.push_back(MakeRun(m_tVariable));
+    if (m_trajectoryClass->bHasZs()) {
+        m_coordinates.push_back(MakeRun(m_zVariable));
+    }
+    for (const ZorvoDSG::ObservationVariable& variable : m_observationVariables) {
+        m_observations.push_back(MakeRun(variable));
+    }
+}
+
+OrthoRun NetCDFOrthoMDTrajectoryCursor::MakeRun(const ZorvoDSG::Variable& variable) const {
+    return OrthoRun(*m_trajectoryClass->CFMetadata(), variable, m_shape, m_cVertices,
+                    s_BlockValues(m_blockSize, m_cVertices));
+}
+
+std::shared_ptr<ZorvoDSG::Feature> NetCDFOrthoMDTrajectoryCursor::CreateEmptyFeature() {
+    return std::make_shared<TrajectoryFeature>(static_cast<long>(m_cVertices), m_instanceVariables,
+                                               m_observationVariables);
+}
+
+void NetCDFOrthoMDTrajectoryCursor::OnBlockSizeChanged() {
+    NetCDFTrajectoryCursorImpl::OnBlockSizeChanged();
+    const uint64_t blockValues = s_BlockValues(m_blockSize, m_cVertices);
+    for (OrthoRun& run : m_coordinates) {
+        run.SetBlockValues(blockValues);
+    }
+    for (OrthoRun& run : m_observations) {
+        run.SetBlockValues(blockValues);
+    }
+}
+
+bool NetCDFOrthoMDTrajectoryCursor::ReadVertices(TrajectoryFeature& feature) {
+    feature.SetReserved(static_cast<long>(m_cVertices));
+    m_coordinates[0].CopyDoubles(m_reader, m_position, m_x);
+    m_coordinates[1].CopyDoubles(m_reader, m_position, m_y);
+    m_coordinates[2].CopyDoubles(m_reader, m_position, m_t);
+    if (m_coordinates.size() > 3) {
+        m_coordinates[3].CopyDoubles(m_reader, m_position, m_z);
+    }
+    SetGeometry(feature, m_cVertices);
+    return true;
+}
+
+void NetCDFOrthoMDTrajectoryCursor::ReadObservations(TrajectoryFeature& feature) {
+    for (size_t i = 0; i < m_observations.size(); ++i) {
+        m_observations[i].Copy(m_reader, m_position, feature.ObservationValues(static_cast<long>(i)));
+    }
+}
+
+}  // namespace ZorvoNetCDFDSG
