@@ -18,6 +18,7 @@
 #include <zorvodsg/cursor/IFeatureCursor.h>
 #include <zorvodsg/cursor/PointFeature.h>
 #include <zorvodsg/cursor/ProfileFeature.h>
+#include <zorvodsg/cursor/TrajectoryFeature.h>
 #include <zorvodsg/cursor/SpatialFilter.h>
 #include <zorvodsg/featureclass/BasicFeatureClass.h>
 #include <zorvodsg/spacetime/SpaceTimeReference.h>
@@ -325,6 +326,68 @@ uint64_t ScanProfiles(ZorvoDSG::IFeatureCursor& cursor, const std::shared_ptr<Zo
     return written;
 }
 
+// Every vertex of a trajectory: position in the output CRS, z, time and the values of its row.
+uint64_t ScanTrajectories(ZorvoDSG::IFeatureCursor& cursor, const std::shared_ptr<ZorvoDSG::Feature>& feature,
+                          ZorvoDSG::TrajectoryFeature& trajectory, const ClassSelection& selection,
+                          ClassContext& context, const ScanSettings& settings, FeatureWriter& writer) {
+    TrajectoryRecord record;
+    record.featureClass = &context.Output();
+    std::vector<std::string> times;
+    std::vector<NcVariant> cells;
+    std::vector<const NcVariant*> rowValues;
+    std::string timeStart, timeEnd;
+    const size_t cColumns = settings.cColumns;
+    uint64_t written = 0;
+    while (cursor.QueryNext(feature)) {
+        const ZorvoDSG::SpaceTime::WKSTrajectory& geometry = trajectory.wksTrajectory();
+        const auto cVertices = static_cast<size_t>(std::max(geometry.count, 0));
+        record.oid = &trajectory.MutableOID();
+        record.values = context.Values(trajectory);
+        record.observations.clear();
+        for (size_t i = 0; i < selection.observations.size(); ++i) {
+            record.observations.emplace_back(selection.observationColumns[i],
+                                             &trajectory.ObservationValues(static_cast<long>(i)));
+        }
+        record.vertices.resize(cVertices);
+        times.resize(cVertices);
+        cells.resize(cVertices * cColumns);
+        rowValues.resize(cVertices * cColumns);
+        bool bInside = cVertices == 0;  // an empty trajectory passed the library's filter as it is
+        for (size_t j = 0; j < cVertices; ++j) {
+            const ZorvoDSG::SpaceTime::WKSPointXYZT& point = geometry.Points()[j];
+            TrajectoryRecord::Vertex& vertex = record.vertices[j];
+            vertex.x = point.x;
+            vertex.y = point.y;
+            bInside = context.Place(vertex.x, vertex.y) || bInside;
+            vertex.z = std::isfinite(point.z) ? point.z : kNaN;
+            times[j] = context.Time(point.t);
+            vertex.time = times[j];
+            const NcVariant** row = rowValues.data() + j * cColumns;
+            std::copy(record.values.begin(), record.values.end(), row);
+            for (const auto& [column, values] : record.observations) {
+                NcVariant& cell = cells[j * cColumns + column];
+                cell = j < values->Size() ? (*values)[j] : NcVariant{};
+                row[column] = &cell;
+            }
+            vertex.values = std::span<const NcVariant* const>(row, cColumns);
+        }
+        if (!bInside) {
+            continue;
+        }
+        const ZorvoDSG::SpaceTime::WKSEnvelopeT range = trajectory.TimeExtent();
+        timeStart = context.Time(range.TMin);
+        timeEnd = context.Time(range.TMax);
+        record.timeStart = timeStart;
+        record.timeEnd = timeEnd;
+        record.bFloatXY = false;
+        writer.Trajectory(record);
+        if (++written % kProgressEvery == 0 && settings.progress) {
+            settings.progress(written);
+        }
+    }
+    return written;
+}
+
 }  // namespace
 
 uint64_t ScanClass(ZorvoDSG::BasicFeatureClass& featureClass, const ClassSelection& selection,
@@ -340,6 +403,9 @@ uint64_t ScanClass(ZorvoDSG::BasicFeatureClass& featureClass, const ClassSelecti
     }
     if (auto* profile = dynamic_cast<ZorvoDSG::ProfileFeature*>(feature.get())) {
         return ScanProfiles(*cursor, feature, *profile, featureClass, selection, context, settings, writer);
+    }
+    if (auto* trajectory = dynamic_cast<ZorvoDSG::TrajectoryFeature*>(feature.get())) {
+        return ScanTrajectories(*cursor, feature, *trajectory, selection, context, settings, writer);
     }
     throw std::runtime_error("zdsg features does not write " + ZorvoDSG::FeatureTypeName(featureClass.FeatureType()) +
                              " features yet");

@@ -143,6 +143,31 @@ void CsvWriter::Profile(const ProfileRecord& profile) {
     }
 }
 
+void CsvWriter::Trajectory(const TrajectoryRecord& trajectory) {
+    for (const TrajectoryRecord::Vertex& vertex : trajectory.vertices) {
+        Text(trajectory.featureClass->name);
+        m_out.Put(',');
+        Value(trajectory.oid);
+        m_out.Put(',');
+        m_out.Write(vertex.time);
+        m_out.Put(',');
+        Number(vertex.x, trajectory.bFloatXY);
+        m_out.Put(',');
+        Number(vertex.y, trajectory.bFloatXY);
+        m_out.Put(',');
+        Number(vertex.z, false);
+        if (m_bNativeCrs) {
+            m_out.Put(',');
+            Text(trajectory.featureClass->nativeCrs);
+        }
+        for (const auto* value : vertex.values) {
+            m_out.Put(',');
+            Value(value);
+        }
+        m_out.Write("\r\n");
+    }
+}
+
 void CsvWriter::End() {}
 
 }  // namespace zdsg

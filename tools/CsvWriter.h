@@ -16,6 +16,7 @@ public:
     void Begin(const std::vector<std::string>& columns) override;
     void Point(const PointRecord& point) override;
     void Profile(const ProfileRecord& profile) override;
+    void Trajectory(const TrajectoryRecord& trajectory) override;
     void End() override;
 
 private:

@@ -63,4 +63,21 @@ struct ProfileRecord : FeatureRecord {
     std::vector<std::pair<size_t, const ZorvoDSG::System::NcVariantArray*>> observations;
 };
 
+// A trajectory: its vertices, each with its position, z, time and observation values. The record's
+// `time` is unused; its `values` are the instance values.
+struct TrajectoryRecord : FeatureRecord {
+    struct Vertex {
+        double x = 0.0;  // NaN: no position
+        double y = 0.0;
+        double z = 0.0;  // NaN: no z
+        std::string_view time;
+        std::span<const ZorvoDSG::System::NcVariant* const> values;
+    };
+    bool bFloatXY = false;
+    std::vector<Vertex> vertices;
+    std::string_view timeStart;  // the earliest and latest vertex time; empty without times
+    std::string_view timeEnd;
+    std::vector<std::pair<size_t, const ZorvoDSG::System::NcVariantArray*>> observations;
+};
+
 }  // namespace zdsg

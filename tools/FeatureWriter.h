@@ -19,6 +19,9 @@ public:
     virtual void Point(const PointRecord& point) = 0;
     // CSV: one row per observation; GeoJSON: one Point feature with the observations as arrays.
     virtual void Profile(const ProfileRecord& profile) = 0;
+    // CSV: one row per vertex; GeoJSON: one LineString feature (null for a trajectory without
+    // vertices) with the observations as arrays.
+    virtual void Trajectory(const TrajectoryRecord& trajectory) = 0;
     virtual void End() = 0;
 };
 

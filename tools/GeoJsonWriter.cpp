@@ -18,6 +18,14 @@ struct GeoJsonWriter::Impl {
     void StartFeature();
     void Properties(const FeatureRecord& record, const ProfileRecord* profile = nullptr);
     void Observations(const ProfileRecord& profile);
+    void TrajectoryProperties(const TrajectoryRecord& trajectory);
+    void Text(std::string_view text) {
+        if (text.empty()) {
+            writer.Null();
+        } else {
+            writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+        }
+    }
     void EndFeature();
     void Coordinate(double value, bool bFloat) {
         if (bFloat) {
@@ -169,6 +177,78 @@ void GeoJsonWriter::Profile(const ProfileRecord& profile) {
         w.EndObject();
     }
     impl.Properties(profile, &profile);
+    impl.EndFeature();
+}
+
+// The instance values, the time range, and the vertices' times and observations as arrays.
+void GeoJsonWriter::Impl::TrajectoryProperties(const TrajectoryRecord& trajectory) {
+    writer.Key("properties");
+    writer.StartObject();
+    writer.Key("class");
+    WriteJsonString(writer, trajectory.featureClass->name);
+    writer.Key("oid");
+    WriteJsonValue(writer, *trajectory.oid, eNonFinite::eAsNull);
+    writer.Key("timeStart");
+    Text(trajectory.timeStart);
+    writer.Key("timeEnd");
+    Text(trajectory.timeEnd);
+    if (!trajectory.featureClass->nativeCrs.empty()) {
+        writer.Key("crs");
+        WriteJsonString(writer, trajectory.featureClass->nativeCrs);
+    }
+    for (size_t i = 0; i < trajectory.values.size(); ++i) {
+        if (const auto* value = trajectory.values[i]) {
+            WriteJsonString(writer, columns[i]);
+            WriteJsonValue(writer, *value, eNonFinite::eAsNull);
+        }
+    }
+    writer.Key("observations");
+    writer.StartObject();
+    writer.Key("time");
+    writer.StartArray();
+    for (const TrajectoryRecord::Vertex& vertex : trajectory.vertices) {
+        Text(vertex.time);
+    }
+    writer.EndArray();
+    for (const auto& [column, values] : trajectory.observations) {
+        WriteJsonString(writer, columns[column]);
+        writer.StartArray();
+        for (size_t j = 0; j < values->Size(); ++j) {
+            WriteJsonValue(writer, (*values)[j], eNonFinite::eAsNull);
+        }
+        writer.EndArray();
+    }
+    writer.EndObject();
+    writer.EndObject();
+}
+
+void GeoJsonWriter::Trajectory(const TrajectoryRecord& trajectory) {
+    Impl& impl = *m_impl;
+    Writer& w = impl.writer;
+    impl.StartFeature();
+    w.Key("geometry");
+    if (trajectory.vertices.empty()) {
+        w.Null();
+    } else {
+        w.StartObject();
+        w.Key("type");
+        w.String("LineString");
+        w.Key("coordinates");
+        w.StartArray();
+        const bool bZ = trajectory.featureClass->bHasZ;
+        for (const TrajectoryRecord::Vertex& vertex : trajectory.vertices) {
+            w.StartArray();
+            impl.Coordinate(vertex.x, trajectory.bFloatXY);
+            impl.Coordinate(vertex.y, trajectory.bFloatXY);
+            if (bZ) {
+                impl.Coordinate(vertex.z, false);
+            }
+            w.EndArray();
+        }
+        w.EndArray();
+        w.EndObject();
+    }
+    impl.TrajectoryProperties(trajectory);
     impl.EndFeature();
 }
 

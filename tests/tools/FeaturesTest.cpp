@@ -363,3 +363,23 @@ TEST(FeaturesProfiles, ProjectedTimeSeriesAsLongitudeLatitudeWithObservationArra
     EXPECT_STREQ(observations["time"][0].GetString(), "2023-01-14T23:00:00Z");  // +01:00 zone
     EXPECT_NEAR(observations["sea_level"][3].GetDouble(), 0.22, 1e-6);
 }
+
+TEST(FeaturesTrajectories, OneRowPerVertexAndLineStrings) {
+    const CsvTable table = Csv(Features({ExamplePath("trajectory_contiguous.nc").string()}));
+    ASSERT_FALSE(table.rows.empty());
+    EXPECT_EQ(table(0, "oid"), "glider01");
+    EXPECT_EQ(table(1, "z"), "40");
+    EXPECT_EQ(table(1, "time"), "2022-03-01T01:00:00Z");
+
+    const ToolRun run = Features({"--format", "geojsonseq", ExamplePath("trajectory_contiguous.nc").string()});
+    ASSERT_EQ(run.exitStatus, 0) << run.err;
+    rapidjson::Document features;
+    ASSERT_TRUE(ParseGeoJsonOutput(run.out, true, features));
+    ASSERT_GE(features.Size(), 2u);
+    const auto& second = features[1];
+    EXPECT_STREQ(second["geometry"]["type"].GetString(), "LineString");
+    EXPECT_EQ(second["geometry"]["coordinates"].Size(), 3u);
+    EXPECT_EQ(second["geometry"]["coordinates"][0].Size(), 3u);  // with z
+    EXPECT_STREQ(second["properties"]["timeEnd"].GetString(), "2022-03-01T02:30:00Z");
+    EXPECT_TRUE(second["properties"]["observations"]["oxygen"][1].IsNull());  // fill value
+}
