@@ -6,6 +6,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -157,6 +158,21 @@ void* ExpandBuffer(int sourceType, const void* source, long count, long reserved
             }
         },
         []() -> void* { ThrowInternal(L"unsupported type for unpacking and expanding"); });
+}
+
+// Text into a value, reusing the string it already holds.
+void AssignText(NcVariant& value, std::string_view text) {
+    if (auto* held = std::get_if<std::string>(&value)) {
+        held->assign(text);
+    } else {
+        value.emplace<std::string>(text);
+    }
+}
+
+void AssignEmpty(NcVariant& value) {
+    if (value.index() != eNcEmpty) {
+        value.emplace<eNcEmpty>();
+    }
 }
 
 // A text fill value stays text (NC_CHAR and NC_STRING compare against it); others become scalars.
@@ -370,35 +386,46 @@ void NcVariantArray::Unpack(int unpackedType, const NcVariant& scaleFactor, cons
 }
 
 NcVariant NcVariantArray::operator[](long index) const {
+    NcVariant value;
+    Get(index, value);
+    return value;
+}
+
+void NcVariantArray::Get(long index, NcVariant& value) const {
     if (index < 0 || index >= size) {
         ThrowInternal(L"bad index in NcVariantArray");
     }
-    return VisitNcType(
+    VisitNcType(
         elementType,
-        [&]<typename T>(NcTypeTag<T>) -> NcVariant {
+        [&]<typename T>(NcTypeTag<T>) {
             if constexpr (std::is_same_v<T, std::string>) {
-                return Data<std::string>()[index];
+                AssignText(value, Data<std::string>()[index]);
             } else if constexpr (std::is_same_v<T, NcCharSlot>) {
                 const auto width = static_cast<size_t>(stringWidth);
-                std::string slice(Data<char>() + static_cast<size_t>(index) * width, width);
+                const char* chars = Data<char>() + static_cast<size_t>(index) * width;
                 if (fillValue.index() == eNcEmpty) {
-                    return slice;
+                    AssignText(value, std::string_view(chars, width));
+                    return;
                 }
-                const auto& fill = std::get<std::string>(fillValue);
-                slice.resize(std::min(slice.find('\0'), slice.size()));
-                if (slice == fill) {
-                    return {};
+                std::string_view slice(chars, width);
+                slice = slice.substr(0, std::min(slice.find('\0'), slice.size()));
+                if (slice == std::get<std::string>(fillValue)) {
+                    AssignEmpty(value);
+                } else {
+                    AssignText(value, slice);
                 }
-                return slice;
             } else {
-                const T value = Data<T>()[index];
-                if (fillValue.index() != eNcEmpty && value == std::get<T>(fillValue)) {
-                    return {};
+                const T element = Data<T>()[index];
+                if (fillValue.index() != eNcEmpty && element == std::get<T>(fillValue)) {
+                    AssignEmpty(value);
+                } else if (auto* held = std::get_if<T>(&value)) {
+                    *held = element;
+                } else {
+                    value.emplace<T>(element);
                 }
-                return NcVariant(std::in_place_type<T>, value);
             }
         },
-        []() -> NcVariant { ThrowInternal(L"netcdf array type not implemented as element type for NcVariantArray"); });
+        [] { ThrowInternal(L"netcdf array type not implemented as element type for NcVariantArray"); });
 }
 
 void NcVariantArray::SetEmpty() {

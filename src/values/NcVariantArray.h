@@ -47,7 +47,12 @@ struct NcVariantArray {
     void ReInit(long cElements, int newElementType, const NcVariant& fill);
     // unpacked = packed * scale + offset, in place or expanded to NC_FLOAT / NC_DOUBLE.
     void Unpack(int unpackedType, const NcVariant& scaleFactor, const NcVariant& addOffset);
+    // Element `index`: empty when it equals the fill value (NC_CHAR compared up to its first zero
+    // byte), else the value of the element type (NC_CHAR as its `stringWidth` bytes).
     NcVariant operator[](long index) const;
+    // The same element written into `value`, whose string storage is reused: what readers that
+    // refill one value per element call, so that no temporary value is made per element.
+    void Get(long index, NcVariant& value) const;
     void SetEmpty();
     bool bEmpty() const { return size == 0; }
 
