@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <variant>
+#include <vector>
 
 #include "cursor/FeatureTestSupport.h"
 #include "cursor/detail/NetCDFBasicPointFeatureCursor.h"
@@ -146,6 +147,34 @@ TEST_P(PointFieldsTest, FilterNamesSelectAndRepeatFields) {
 
 INSTANTIATE_TEST_SUITE_P(ClassicAndNetCDF4, PointFieldsTest, ::testing::Values("points_fields.nc", "points_fields_nc4.nc"),
                          [](const auto& info) { return info.index == 0 ? std::string("classic") : std::string("netcdf4"); });
+
+// Packed in their own type the values keep it; packed in another they become doubles. Read into one
+// reused feature across block boundaries, fill values empty the slot and the next value refills it.
+TEST(PointPackingTest, ReusedFeatureUnpacksEveryValueAfterTheFillComparison) {
+    auto featureClass = OpenClass(DataPath("points_packing.nc"));
+    for (const uint64_t block : {uint64_t{1}, uint64_t{3}, ZorvoNetCDFDSG::NetCDFCursorImpl::kDefaultBlockSize}) {
+        auto cursor = Cursor(featureClass);
+        cursor->SetBlockSize(block);
+        auto feature = cursor->CreateEmptyFeature();
+        std::vector<std::vector<System::NcVariant>> rows;
+        while (cursor->QueryNext(feature)) {
+            rows.push_back({feature->InstanceValue(0), feature->InstanceValue(1), feature->InstanceValue(2)});
+        }
+        ASSERT_EQ(rows.size(), 5u) << block;
+        EXPECT_EQ(std::get<float>(rows[0][0]), 3.0f) << block;  // 1 * 2 + 1, still a float
+        EXPECT_EQ(rows[1][0].index(), System::eNcEmpty) << block;
+        EXPECT_EQ(std::get<float>(rows[3][0]), 9.0f) << block;
+        EXPECT_EQ(rows[4][0].index(), System::eNcEmpty) << block;
+        EXPECT_EQ(std::get<int32_t>(rows[1][1]), 25) << block;  // 2 * 10 + 5, still an int
+        EXPECT_EQ(rows[2][1].index(), System::eNcEmpty) << block;
+        EXPECT_EQ(std::get<int32_t>(rows[3][1]), 45) << block;
+        EXPECT_EQ(std::get<double>(rows[0][2]), 101.0) << block;  // 2 * 0.5 + 100, as a double
+        EXPECT_EQ(rows[1][2].index(), System::eNcEmpty) << block;
+        EXPECT_EQ(std::get<double>(rows[2][2]), 102.0) << block;
+        EXPECT_EQ(rows[3][2].index(), System::eNcEmpty) << block;
+        EXPECT_EQ(std::get<double>(rows[4][2]), 103.0) << block;
+    }
+}
 
 TEST(PointExampleTest, DriftFixes) {
     auto featureClass = OpenClass(feature_test::ExamplePath("point_observations.nc"));

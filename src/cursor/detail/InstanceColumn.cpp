@@ -55,19 +55,13 @@ InstanceColumn::InstanceColumn(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::V
       m_shape(dataset, variable, idInstanceDim),
       m_blockSize(std::max<uint64_t>(blockSize, 1)),
       m_values(StorageType(variable), ComparedFill(variable, m_shape), static_cast<long>(BlockFor(m_shape, m_blockSize)),
-               static_cast<long>(m_shape.StringWidth())) {}
+               static_cast<long>(m_shape.StringWidth())),
+      m_packing(variable) {}
 
 void InstanceColumn::SetBlockSize(uint64_t blockSize) {
     m_blockSize = std::max<uint64_t>(blockSize, 1);
     m_values.SetReserved(static_cast<long>(BlockFor(m_shape, m_blockSize)));
     m_loaded = 0;
-}
-
-NcVariant InstanceColumn::Value(NcSlabReader& reader, uint64_t index) {
-    if (!bLoaded(index)) {
-        Load(reader, index);
-    }
-    return m_values[m_shape.bConstant() ? 0 : static_cast<long>(index - m_first)];
 }
 
 void InstanceColumn::Load(NcSlabReader& reader, uint64_t index) {
