@@ -146,7 +146,7 @@ TEST_P(PointFieldsTest, FilterNamesSelectAndRepeatFields) {
 }
 
 INSTANTIATE_TEST_SUITE_P(ClassicAndNetCDF4, PointFieldsTest, ::testing::Values("points_fields.nc", "points_fields_nc4.nc"),
-                         [](const auto& info) { return info.index == 0 ? std::string("classic") : std::string("netcdf4"); });
+                         [](const auto& param) { return param.index == 0 ? std::string("classic") : std::string("netcdf4"); });
 
 // Packed in their own type the values keep it; packed in another they become doubles. Read into one
 // reused feature across block boundaries, fill values empty the slot and the next value refills it.
