@@ -3,6 +3,9 @@
 // variable packed into another type than its own unpacks to a double computed from the scale and
 // offset as doubles; those are looked up once, and the double is written into the value it replaces.
 
+#include <type_traits>
+#include <variant>
+
 #include "netcdf/Variable.h"
 #include "values/NcVariant.h"
 
@@ -23,7 +26,7 @@ public:
             }
             return;
         }
-        const double unpacked = ZorvoDSG::System::s_ToDouble(raw) * m_scale + m_offset;
+        const double unpacked = AsDouble(raw) * m_scale + m_offset;
         if (auto* held = std::get_if<double>(&value)) {
             *held = unpacked;
         } else {
@@ -41,6 +44,19 @@ public:
 
 private:
     enum eMode { eNone, eToDouble, eByVariable };
+
+    // s_ToDouble of a number, inline: it runs once per packed value.
+    static double AsDouble(const ZorvoDSG::System::NcVariant& number) {
+        return std::visit(
+            [&number]<typename T>(const T& value) {
+                if constexpr (std::is_arithmetic_v<T>) {
+                    return static_cast<double>(value);
+                } else {
+                    return ZorvoDSG::System::s_ToDouble(number);
+                }
+            },
+            number);
+    }
 
     eMode m_mode = eNone;
     double m_scale = 1.0;
