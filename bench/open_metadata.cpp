@@ -7,60 +7,48 @@
 #include <netcdf.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <unistd.h>
 
+#include "BenchSupport.h"
 #include <zorvodsg/netcdf/NetCDFFile.h>
-#include <zorvodsg/spacetime/UnitSystem.h>
 #include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace {
 
 constexpr int kVariables = 2000;
 
-void Check(int status) {
-    if (status != NC_NOERR) {
-        throw std::runtime_error(nc_strerror(status));
-    }
-}
+using zdsg_bench::CheckNc;
 
 std::filesystem::path WriteFile() {
     const std::filesystem::path path = std::filesystem::temp_directory_path() /
                                        ("zdsg_bench_open_metadata_" + std::to_string(::getpid()) + ".nc");
     int ncid = -1;
-    Check(nc_create(path.c_str(), NC_CLOBBER | NC_NETCDF4, &ncid));
+    CheckNc(nc_create(path.c_str(), NC_CLOBBER | NC_NETCDF4, &ncid));
     int dimId = -1;
-    Check(nc_def_dim(ncid, "obs", 10, &dimId));
+    CheckNc(nc_def_dim(ncid, "obs", 10, &dimId));
     for (int i = 0; i < kVariables; ++i) {
         char name[32];
         std::snprintf(name, sizeof name, "v%04d", i);
         int varId = -1;
-        Check(nc_def_var(ncid, name, NC_FLOAT, 1, &dimId, &varId));
+        CheckNc(nc_def_var(ncid, name, NC_FLOAT, 1, &dimId, &varId));
         const std::string longName = std::string("variable ") + name;
         const float range[] = {-10.0f, 10.0f};
-        Check(nc_put_att_text(ncid, varId, "long_name", longName.size(), longName.c_str()));
-        Check(nc_put_att_text(ncid, varId, "units", 1, "m"));
-        Check(nc_put_att_float(ncid, varId, "valid_range", NC_FLOAT, 2, range));
-        Check(nc_put_att_float(ncid, varId, "missing_value", NC_FLOAT, 1, range));
-        Check(nc_put_att_text(ncid, varId, "comment", 7, "comment"));
+        CheckNc(nc_put_att_text(ncid, varId, "long_name", longName.size(), longName.c_str()));
+        CheckNc(nc_put_att_text(ncid, varId, "units", 1, "m"));
+        CheckNc(nc_put_att_float(ncid, varId, "valid_range", NC_FLOAT, 2, range));
+        CheckNc(nc_put_att_float(ncid, varId, "missing_value", NC_FLOAT, 1, range));
+        CheckNc(nc_put_att_text(ncid, varId, "comment", 7, "comment"));
     }
-    Check(nc_close(ncid));
+    CheckNc(nc_close(ncid));
     return path;
 }
 
 struct BenchFile {
-    BenchFile() : path(WriteFile()) {
-        if (const char* units = std::getenv("ZDSG_UDUNITS2_XML")) {
-            ZorvoDSG::s_InitUDUnits2(units);
-        } else if (std::filesystem::exists("/usr/share/xml/udunits/udunits2.xml")) {
-            ZorvoDSG::s_InitUDUnits2("/usr/share/xml/udunits/udunits2.xml");
-        }
-    }
+    BenchFile() : path(WriteFile()) { zdsg_bench::InitUnits(); }
     ~BenchFile() {
         std::error_code ignored;
         std::filesystem::remove(path, ignored);
@@ -88,27 +76,27 @@ void BM_BareNetCDFInquiry(benchmark::State& state) {
     std::vector<char> buffer;
     for (auto _ : state) {
         int ncid = -1;
-        Check(nc_open(path.c_str(), NC_NOWRITE, &ncid));
+        CheckNc(nc_open(path.c_str(), NC_NOWRITE, &ncid));
         int cVariables = 0;
-        Check(nc_inq_nvars(ncid, &cVariables));
+        CheckNc(nc_inq_nvars(ncid, &cVariables));
         for (int varId = 0; varId < cVariables; ++varId) {
             char name[NC_MAX_NAME + 1];
             nc_type type = NC_NAT;
             int cDims = 0;
             int dimIds[NC_MAX_VAR_DIMS];
             int cAttributes = 0;
-            Check(nc_inq_var(ncid, varId, name, &type, &cDims, dimIds, &cAttributes));
+            CheckNc(nc_inq_var(ncid, varId, name, &type, &cDims, dimIds, &cAttributes));
             for (int a = 0; a < cAttributes; ++a) {
                 char attName[NC_MAX_NAME + 1];
                 size_t length = 0;
-                Check(nc_inq_attname(ncid, varId, a, attName));
-                Check(nc_inq_att(ncid, varId, attName, &type, &length));
+                CheckNc(nc_inq_attname(ncid, varId, a, attName));
+                CheckNc(nc_inq_att(ncid, varId, attName, &type, &length));
                 buffer.resize(length * 8 + 1);
-                Check(nc_get_att(ncid, varId, attName, buffer.data()));
+                CheckNc(nc_get_att(ncid, varId, attName, buffer.data()));
             }
             benchmark::DoNotOptimize(name);
         }
-        Check(nc_close(ncid));
+        CheckNc(nc_close(ncid));
     }
 }
 

@@ -6,6 +6,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -150,6 +151,21 @@ void* ExpandBuffer(int sourceType, const void* source, size_t count, size_t rese
             }
         },
         []() -> void* { ThrowInternal(L"unsupported type for unpacking and expanding"); });
+}
+
+// Text into a value, reusing the string it already holds.
+void AssignText(NcVariant& value, std::string_view text) {
+    if (auto* held = std::get_if<std::string>(&value)) {
+        held->assign(text);
+    } else {
+        value.emplace<std::string>(text);
+    }
+}
+
+void AssignEmpty(NcVariant& value) {
+    if (value.index() != eNcEmpty) {
+        value.emplace<eNcEmpty>();
+    }
 }
 
 // A text fill value stays text (NC_CHAR and NC_STRING compare against it); others become scalars.
@@ -367,34 +383,44 @@ void NcVariantArray::Unpack(int unpackedType, const NcVariant& scaleFactor, cons
 }
 
 NcVariant NcVariantArray::operator[](size_t slot) const {
+    NcVariant value;
+    Get(slot, value);
+    return value;
+}
+
+void NcVariantArray::Get(size_t slot, NcVariant& value) const {
     if (slot >= m_size) {  // a negative index arrives as a huge one
         ThrowInternal(L"bad index in NcVariantArray");
     }
-    return VisitNcType(
+    VisitNcType(
         m_elementType,
-        [&]<typename T>(NcTypeTag<T>) -> NcVariant {
+        [&]<typename T>(NcTypeTag<T>) {
             if constexpr (std::is_same_v<T, std::string>) {
-                return Data<std::string>()[slot];
+                AssignText(value, Data<std::string>()[slot]);
             } else if constexpr (std::is_same_v<T, NcCharSlot>) {
-                std::string slice(Data<char>() + slot * m_stringWidth, m_stringWidth);
+                std::string_view slice(Data<char>() + slot * m_stringWidth, m_stringWidth);
                 if (m_fillValue.index() == eNcEmpty) {
-                    return slice;
+                    AssignText(value, slice);
+                    return;
                 }
-                const auto& fill = std::get<std::string>(m_fillValue);
-                slice.resize(std::min(slice.find('\0'), slice.size()));
-                if (slice == fill) {
-                    return {};
+                slice = slice.substr(0, std::min(slice.find('\0'), slice.size()));
+                if (slice == std::get<std::string>(m_fillValue)) {
+                    AssignEmpty(value);
+                } else {
+                    AssignText(value, slice);
                 }
-                return slice;
             } else {
-                const T value = Data<T>()[slot];
-                if (m_fillValue.index() != eNcEmpty && value == std::get<T>(m_fillValue)) {
-                    return {};
+                const T element = Data<T>()[slot];
+                if (m_fillValue.index() != eNcEmpty && element == std::get<T>(m_fillValue)) {
+                    AssignEmpty(value);
+                } else if (auto* held = std::get_if<T>(&value)) {
+                    *held = element;
+                } else {
+                    value.emplace<T>(element);
                 }
-                return NcVariant(std::in_place_type<T>, value);
             }
         },
-        []() -> NcVariant { ThrowInternal(L"netcdf array type not implemented as element type for NcVariantArray"); });
+        [] { ThrowInternal(L"netcdf array type not implemented as element type for NcVariantArray"); });
 }
 
 void NcVariantArray::SetEmpty() {

@@ -56,7 +56,12 @@ public:
     void ReInit(long cElements, int newElementType, const NcVariant& fill);
     // unpacked = packed * scale + offset, in place or expanded to NC_FLOAT / NC_DOUBLE.
     void Unpack(int unpackedType, const NcVariant& scaleFactor, const NcVariant& addOffset);
+    // Element `index`: empty when it equals the fill value (NC_CHAR compared up to its first zero
+    // byte), else the value of the element type (NC_CHAR as its StringWidth() bytes).
     NcVariant operator[](std::size_t index) const;
+    // The same element written into `value`, whose string storage is reused: what readers that
+    // refill one value per element call, so that no temporary value is made per element.
+    void Get(std::size_t index, NcVariant& value) const;
     void SetEmpty();
     bool bEmpty() const { return m_size == 0; }
 

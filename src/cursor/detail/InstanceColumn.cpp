@@ -63,18 +63,12 @@ InstanceColumn::InstanceColumn(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::V
     : m_variable(variable),
       m_window(dataset, variable, idInstanceDim, blockSize),
       m_values(StorageType(variable), ComparedFill(variable, m_window.Shape()), static_cast<long>(m_window.Capacity()),
-               static_cast<long>(m_window.Shape().StringWidth())) {}
+               static_cast<long>(m_window.Shape().StringWidth())),
+      m_packing(variable) {}
 
 void InstanceColumn::SetBlockSize(uint64_t blockSize) {
     m_window.SetBlockSize(blockSize);
     m_values.SetReserved(static_cast<long>(m_window.Capacity()));
-}
-
-NcVariant InstanceColumn::Value(NcSlabReader& reader, uint64_t index) {
-    if (!m_window.bCovers(index)) {
-        Load(reader, index);
-    }
-    return m_values[m_window.Slot(index)];
 }
 
 void InstanceColumn::Load(NcSlabReader& reader, uint64_t index) {

@@ -1,14 +1,16 @@
 #pragma once
 // The values of one instance variable, read a block of instances at a time: one hyperslab per block
 // instead of one library call per value. Values equal to the fill value come back empty, except
-// netCDF-4 strings and single characters, which are returned as read. A variable that does not run
-// along the instance dimension has one value for every instance.
+// netCDF-4 strings and single characters, which are returned as read; packed values are unpacked
+// after that comparison. A variable that does not run along the instance dimension has one value for
+// every instance.
 
 #include <cstdint>
 #include <filesystem>
 #include <vector>
 
 #include <zorvodsg/cursor/detail/NcSlabReader.h>
+#include <zorvodsg/cursor/detail/PackedValue.h>
 #include <zorvodsg/cursor/detail/SlabShape.h>
 #include <zorvodsg/netcdf/Variable.h>
 #include <zorvodsg/values/NcVariantArray.h>
@@ -48,8 +50,26 @@ public:
     InstanceColumn(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::Variable& variable, long idInstanceDim,
                    uint64_t blockSize);
 
-    // The value of instance `index`; reads the block that starts there when it is not loaded.
-    ZorvoDSG::System::NcVariant Value(NcSlabReader& reader, uint64_t index);
+    // The value of instance `index` into `value` (unpacked when the variable is packed); reads the
+    // block that starts there when it is not loaded.
+    void Read(NcSlabReader& reader, uint64_t index, ZorvoDSG::System::NcVariant& value) {
+        if (!m_window.bCovers(index)) {
+            Load(reader, index);
+        }
+        const size_t i = m_window.Slot(index);
+        if (m_packing.bToDouble()) {
+            m_values.Get(i, m_raw);
+            m_packing.UnpackToDouble(m_raw, value);
+        } else {
+            m_values.Get(i, value);
+            m_packing.Unpack(m_variable, value);
+        }
+    }
+    ZorvoDSG::System::NcVariant Value(NcSlabReader& reader, uint64_t index) {
+        ZorvoDSG::System::NcVariant value;
+        Read(reader, index, value);
+        return value;
+    }
     const ZorvoDSG::Variable& GetVariable() const { return m_variable; }
     void SetBlockSize(uint64_t blockSize);
 
@@ -60,6 +80,8 @@ private:
     InstanceWindow m_window;
     bool m_bTypeChecked = false;
     ZorvoDSG::System::NcVariantArray m_values;
+    PackedValue m_packing;
+    ZorvoDSG::System::NcVariant m_raw;  // a packed value before unpacking, reused
 };
 
 // The same for a coordinate, converted to doubles.

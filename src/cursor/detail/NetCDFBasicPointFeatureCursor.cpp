@@ -10,12 +10,13 @@ using ZorvoDSG::SpaceTime::kMissing;
 
 namespace {
 
-// Object ids are 32-bit while they fit.
-ZorvoDSG::System::NcVariant ObjectId(uint64_t position) {
+// Object ids are 32-bit while they fit. Written in place: the OID is set for every feature.
+void SetObjectId(uint64_t position, ZorvoDSG::System::NcVariant& oid) {
     if (position <= static_cast<uint64_t>(std::numeric_limits<int32_t>::max())) {
-        return static_cast<int32_t>(position);
+        oid.emplace<int32_t>(static_cast<int32_t>(position));
+    } else {
+        oid.emplace<int64_t>(static_cast<int64_t>(position));
     }
-    return static_cast<int64_t>(position);
 }
 
 double MissingToNaN(double value, double missing) { return value == missing ? kMissing : value; }
@@ -36,8 +37,10 @@ NetCDFBasicPointFeatureCursor::NetCDFBasicPointFeatureCursor(
     if (m_pointClass->bHasTs()) {
         m_t.emplace(dataset, m_tVariable, m_pointClass->idInstanceDim(), m_blockSize);
     }
-    m_bUnpack = bAnyInstanceVariablePacked() || m_xVariable.IsPacked() || m_yVariable.IsPacked() ||
-                (m_pointClass->bHasTs() && m_tVariable.IsPacked()) || (m_pointClass->bHasZs() && m_zVariable.IsPacked());
+    m_bPackedCoordinates = m_xVariable.IsPacked() || m_yVariable.IsPacked() ||
+                           (m_pointClass->bHasTs() && m_tVariable.IsPacked()) ||
+                           (m_pointClass->bHasZs() && m_zVariable.IsPacked());
+    m_bUnpack = bAnyInstanceVariablePacked() || m_bPackedCoordinates;
 }
 
 std::shared_ptr<ZorvoDSG::Feature> NetCDFBasicPointFeatureCursor::CreateEmptyFeature() {
@@ -65,7 +68,8 @@ void NetCDFBasicPointFeatureCursor::ReadPoint(ZorvoDSG::PointFeature& feature) {
     if (m_t) {
         feature.MutableTime() = MissingToNaN(m_t->Value(m_reader, m_position), m_missing.t);
     }
-    if (!m_bUnpack) {
+    // Instance values are unpacked by their columns; here only the coordinates are.
+    if (!m_bPackedCoordinates) {
         return;
     }
     if (!point.IsEmpty()) {
@@ -81,7 +85,7 @@ void NetCDFBasicPointFeatureCursor::ReadPoint(ZorvoDSG::PointFeature& feature) {
 }
 
 void NetCDFBasicPointFeatureCursor::FinishPoint(ZorvoDSG::PointFeature& feature) {
-    feature.SetOID(ObjectId(m_position));
+    SetObjectId(m_position, feature.MutableOID());
     feature.SetInstanceID(m_position);
     ReadInstanceValues(m_position, feature);
     ++m_position;
@@ -102,7 +106,9 @@ bool NetCDFBasicPointFeatureCursor::QueryNext(std::shared_ptr<ZorvoDSG::Feature>
     const bool bFilter = !bEmptyFilter();
     for (; m_position < m_count; ++m_position) {
         ReadPoint(point);
-        if (!bFilter || !m_filter.Envelope().Disjoint(ZorvoDSG::Host::WKSEnvelopeZ(point.wksPointZ()))) {
+        // For a non-empty envelope, containing the point is the same test as not being disjoint
+        // from the point's envelope, without building that envelope for every point.
+        if (!bFilter || m_filter.Envelope().Contains(point.wksPointZ())) {
             FinishPoint(point);
             return true;
         }

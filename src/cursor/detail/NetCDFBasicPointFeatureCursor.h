@@ -34,7 +34,8 @@ private:
     std::shared_ptr<ZorvoDSG::BasicPointFeatureClass> m_pointClass;
     uint64_t m_position = 0;
     uint64_t m_count = 0;
-    bool m_bUnpack = false;
+    bool m_bUnpack = false;              // a coordinate or a selected instance variable is packed
+    bool m_bPackedCoordinates = false;   // a coordinate is; the columns unpack instance values
     detail::CoordinateColumn m_x;
     detail::CoordinateColumn m_y;
     std::optional<detail::CoordinateColumn> m_z;

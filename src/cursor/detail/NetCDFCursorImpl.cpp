@@ -63,13 +63,12 @@ void NetCDFCursorImpl::SetBlockSize(uint64_t blockSize) {
 
 void NetCDFCursorImpl::ReadInstanceValues(uint64_t index, ZorvoDSG::Feature& feature) {
     std::vector<ZorvoDSG::System::NcVariant>& values = feature.MutableInstanceValues();
-    values.resize(m_instanceColumns.size());  // a feature made for another selection
-    for (size_t i = 0; i < m_instanceColumns.size(); ++i) {
-        values[i] = m_instanceColumns[i].Value(m_reader, index);
-        const Variable& variable = m_instanceVariables[i];
-        if (variable.IsPacked() && values[i].index() != ZorvoDSG::System::eNcEmpty) {
-            values[i] = variable.Unpack(values[i]);
-        }
+    if (values.size() != m_instanceColumns.size()) {
+        values.resize(m_instanceColumns.size());  // a feature made for another selection
+    }
+    ZorvoDSG::System::NcVariant* slot = values.data();
+    for (detail::InstanceColumn& column : m_instanceColumns) {
+        column.Read(m_reader, index, *slot++);
     }
 }
 

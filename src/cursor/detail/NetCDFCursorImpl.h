@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <stdexcept>
+#include <typeinfo>
 #include <vector>
 
 #include <zorvodsg/cursor/Feature.h>
@@ -32,7 +33,7 @@ public:
     // Instances read per library call and variable (default kDefaultBlockSize). Changing it does
     // not change what the cursor delivers; tests use it to cross block boundaries.
     void SetBlockSize(uint64_t blockSize);
-    static constexpr uint64_t kDefaultBlockSize = 4096;
+    static constexpr uint64_t kDefaultBlockSize = 16384;
 
     const std::vector<ZorvoDSG::Variable>& SelectedInstanceVariables() const { return m_instanceVariables; }
 
@@ -55,6 +56,10 @@ protected:
     // The feature as the cursor's own kind; std::invalid_argument for a feature of another kind.
     template <class T>
     static T& s_FeatureAs(ZorvoDSG::Feature& feature) {
+        // The exact type is the usual case and far cheaper to recognise than a dynamic_cast.
+        if (typeid(feature) == typeid(T)) {
+            return static_cast<T&>(feature);
+        }
         auto* typed = dynamic_cast<T*>(&feature);
         if (typed == nullptr) {
             throw std::invalid_argument("feature not made by this cursor");
