@@ -90,81 +90,43 @@ void CsvWriter::Begin(const std::vector<std::string>& columns) {
     m_out.Write("\r\n");
 }
 
-void CsvWriter::Common(const FeatureRecord& record) {
+void CsvWriter::Row(const FeatureRecord& record, std::string_view time, double x, double y, double z, bool bFloatXY,
+                    bool bFloatZ, std::span<const ZorvoDSG::System::NcVariant* const> values) {
     Text(record.featureClass->name);
     m_out.Put(',');
     Value(record.oid);
     m_out.Put(',');
-    m_out.Write(record.time);
-}
-
-void CsvWriter::Point(const PointRecord& point) {
-    const ClassOutput& featureClass = *point.featureClass;
-    Common(point);
+    m_out.Write(time);
     m_out.Put(',');
-    Number(point.x, point.bFloatXY);
+    Number(x, bFloatXY);
     m_out.Put(',');
-    Number(point.y, point.bFloatXY);
+    Number(y, bFloatXY);
     m_out.Put(',');
-    Number(point.z, point.bFloatZ);
+    Number(z, bFloatZ);
     if (m_bNativeCrs) {
         m_out.Put(',');
-        Text(featureClass.nativeCrs);
+        Text(record.featureClass->nativeCrs);
     }
-    for (const auto* value : point.values) {
+    for (const auto* value : values) {
         m_out.Put(',');
         Value(value);
     }
     m_out.Write("\r\n");
 }
 
+void CsvWriter::Point(const PointRecord& point) {
+    Row(point, point.time, point.x, point.y, point.z, point.bFloatXY, point.bFloatZ, point.values);
+}
+
 void CsvWriter::Profile(const ProfileRecord& profile) {
     for (const ProfileRecord::Row& row : profile.rows) {
-        Text(profile.featureClass->name);
-        m_out.Put(',');
-        Value(profile.oid);
-        m_out.Put(',');
-        m_out.Write(row.time);
-        m_out.Put(',');
-        Number(profile.x, profile.bFloatXY);
-        m_out.Put(',');
-        Number(profile.y, profile.bFloatXY);
-        m_out.Put(',');
-        Number(row.z, false);
-        if (m_bNativeCrs) {
-            m_out.Put(',');
-            Text(profile.featureClass->nativeCrs);
-        }
-        for (const auto* value : row.values) {
-            m_out.Put(',');
-            Value(value);
-        }
-        m_out.Write("\r\n");
+        Row(profile, row.time, profile.x, profile.y, row.z, profile.bFloatXY, false, row.values);
     }
 }
 
 void CsvWriter::Trajectory(const TrajectoryRecord& trajectory) {
     for (const TrajectoryRecord::Vertex& vertex : trajectory.vertices) {
-        Text(trajectory.featureClass->name);
-        m_out.Put(',');
-        Value(trajectory.oid);
-        m_out.Put(',');
-        m_out.Write(vertex.time);
-        m_out.Put(',');
-        Number(vertex.x, trajectory.bFloatXY);
-        m_out.Put(',');
-        Number(vertex.y, trajectory.bFloatXY);
-        m_out.Put(',');
-        Number(vertex.z, false);
-        if (m_bNativeCrs) {
-            m_out.Put(',');
-            Text(trajectory.featureClass->nativeCrs);
-        }
-        for (const auto* value : vertex.values) {
-            m_out.Put(',');
-            Value(value);
-        }
-        m_out.Write("\r\n");
+        Row(trajectory, vertex.time, vertex.x, vertex.y, vertex.z, trajectory.bFloatXY, false, vertex.values);
     }
 }
 

@@ -3,6 +3,9 @@
 // quote or a line break. Columns: class, oid, time, x, y, z, crs (with --native-crs only), then the
 // variables. A fill value, NaN or an absent coordinate is an empty field.
 
+#include <span>
+#include <string_view>
+
 #include "FeatureWriter.h"
 
 namespace zdsg {
@@ -23,7 +26,9 @@ private:
     void Text(std::string_view text);
     void Number(double value, bool bFloat);
     void Value(const ZorvoDSG::System::NcVariant* value);
-    void Common(const FeatureRecord& record);
+    // One CSV row: the fixed columns, then the values.
+    void Row(const FeatureRecord& record, std::string_view time, double x, double y, double z, bool bFloatXY,
+             bool bFloatZ, std::span<const ZorvoDSG::System::NcVariant* const> values);
 
     OutputFile& m_out;
     bool m_bNativeCrs;

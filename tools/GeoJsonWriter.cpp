@@ -18,6 +18,8 @@ struct GeoJsonWriter::Impl {
     void StartFeature();
     void Properties(const FeatureRecord& record, const ProfileRecord* profile = nullptr);
     void Observations(const ProfileRecord& profile);
+    // A Point, or null without a position; z only when it is not NaN.
+    void PointGeometry(double x, double y, double z, bool bFloatXY, bool bFloatZ);
     void TrajectoryProperties(const TrajectoryRecord& trajectory);
     void Text(std::string_view text) {
         if (text.empty()) {
@@ -130,52 +132,38 @@ void GeoJsonWriter::Begin(const std::vector<std::string>& columns) {
     }
 }
 
+void GeoJsonWriter::Impl::PointGeometry(double x, double y, double z, bool bFloatXY, bool bFloatZ) {
+    writer.Key("geometry");
+    if (std::isnan(x) || std::isnan(y)) {
+        writer.Null();
+        return;
+    }
+    writer.StartObject();
+    writer.Key("type");
+    writer.String("Point");
+    writer.Key("coordinates");
+    writer.StartArray();
+    Coordinate(x, bFloatXY);
+    Coordinate(y, bFloatXY);
+    if (!std::isnan(z)) {
+        Coordinate(z, bFloatZ);
+    }
+    writer.EndArray();
+    writer.EndObject();
+}
+
 void GeoJsonWriter::Point(const PointRecord& point) {
     Impl& impl = *m_impl;
-    Writer& w = impl.writer;
     impl.StartFeature();
-    w.Key("geometry");
-    if (std::isnan(point.x) || std::isnan(point.y)) {
-        w.Null();
-    } else {
-        w.StartObject();
-        w.Key("type");
-        w.String("Point");
-        w.Key("coordinates");
-        w.StartArray();
-        impl.Coordinate(point.x, point.bFloatXY);
-        impl.Coordinate(point.y, point.bFloatXY);
-        if (!std::isnan(point.z)) {
-            impl.Coordinate(point.z, point.bFloatZ);
-        }
-        w.EndArray();
-        w.EndObject();
-    }
+    impl.PointGeometry(point.x, point.y, point.z, point.bFloatXY, point.bFloatZ);
     impl.Properties(point);
     impl.EndFeature();
 }
 
 void GeoJsonWriter::Profile(const ProfileRecord& profile) {
     Impl& impl = *m_impl;
-    Writer& w = impl.writer;
     impl.StartFeature();
-    w.Key("geometry");
-    if (std::isnan(profile.x) || std::isnan(profile.y)) {
-        w.Null();
-    } else {
-        w.StartObject();
-        w.Key("type");
-        w.String("Point");
-        w.Key("coordinates");
-        w.StartArray();
-        impl.Coordinate(profile.x, profile.bFloatXY);
-        impl.Coordinate(profile.y, profile.bFloatXY);
-        if (!std::isnan(profile.z)) {
-            impl.Coordinate(profile.z, false);
-        }
-        w.EndArray();
-        w.EndObject();
-    }
+    impl.PointGeometry(profile.x, profile.y, profile.z, profile.bFloatXY, false);
     impl.Properties(profile, &profile);
     impl.EndFeature();
 }
