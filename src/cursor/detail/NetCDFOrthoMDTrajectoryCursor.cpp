@@ -7,7 +7,7 @@
 namespace ZorvoNetCDFDSG {
 
 using ZorvoDSG::TrajectoryFeature;
-using detail::OrthoRun;
+using detail::RunSource;
 
 NetCDFOrthoMDTrajectoryCursor::NetCDFOrthoMDTrajectoryCursor(
     std::shared_ptr<ZorvoDSG::BasicTrajectoryFeatureClass> trajectoryClass, const ZorvoDSG::SpatialFilter& filter)
@@ -18,12 +18,8 @@ NetCDFOrthoMDTrajectoryCursor::NetCDFOrthoMDTrajectoryCursor(
         throw ZorvoDSG::Exception(status, L"failure reading ortho-md vertex count", m_reader.Path());
     }
     m_cVertices = static_cast<uint64_t>(VertexCount(length));
-    if (m_trajectoryClass->Layout() == ZorvoDSG::eLayoutSingleInstance) {
-        m_shape = OrthoRun::eWhole;
-    } else {
+    if (m_trajectoryClass->Layout() != ZorvoDSG::eLayoutSingleInstance) {
         m_count = m_trajectoryClass->cFeatures();
-        m_shape = s_bInstanceDimIsFirst(m_xVariable, m_trajectoryClass->idInstanceDim()) ? OrthoRun::eRows
-                                                                                          : OrthoRun::eColumns;
     }
     m_coordinates.push_back(MakeRun(m_xVariable));
     m_coordinates.push_back(MakeRun(m_yVariable));
@@ -36,9 +32,13 @@ NetCDFOrthoMDTrajectoryCursor::NetCDFOrthoMDTrajectoryCursor(
     }
 }
 
-OrthoRun NetCDFOrthoMDTrajectoryCursor::MakeRun(const ZorvoDSG::Variable& variable) const {
-    return OrthoRun(*m_trajectoryClass->CFMetadata(), variable, m_shape, m_cVertices,
-                    s_BlockValues(m_blockSize, m_cVertices));
+// Rows of (instance, obs) arrays, columns of (obs, instance) ones, or the whole variable of a single
+// trajectory; the class has checked that every variable is shaped like X.
+RunSource NetCDFOrthoMDTrajectoryCursor::MakeRun(const ZorvoDSG::Variable& variable) const {
+    const bool bSingle = m_trajectoryClass->Layout() == ZorvoDSG::eLayoutSingleInstance;
+    return RunSource::Orthogonal(*m_trajectoryClass->CFMetadata(), variable,
+                                 bSingle ? -1 : m_trajectoryClass->idInstanceDim(),
+                                 s_BlockValues(m_blockSize, m_cVertices));
 }
 
 std::shared_ptr<ZorvoDSG::Feature> NetCDFOrthoMDTrajectoryCursor::CreateEmptyFeature() {
@@ -49,21 +49,26 @@ std::shared_ptr<ZorvoDSG::Feature> NetCDFOrthoMDTrajectoryCursor::CreateEmptyFea
 void NetCDFOrthoMDTrajectoryCursor::OnBlockSizeChanged() {
     NetCDFTrajectoryCursorImpl::OnBlockSizeChanged();
     const uint64_t blockValues = s_BlockValues(m_blockSize, m_cVertices);
-    for (OrthoRun& run : m_coordinates) {
+    for (RunSource& run : m_coordinates) {
         run.SetBlockValues(blockValues);
     }
-    for (OrthoRun& run : m_observations) {
+    for (RunSource& run : m_observations) {
         run.SetBlockValues(blockValues);
     }
 }
 
 bool NetCDFOrthoMDTrajectoryCursor::ReadVertices(TrajectoryFeature& feature) {
     feature.SetReserved(static_cast<long>(m_cVertices));
-    m_coordinates[0].CopyDoubles(m_reader, m_position, m_x);
-    m_coordinates[1].CopyDoubles(m_reader, m_position, m_y);
-    m_coordinates[2].CopyDoubles(m_reader, m_position, m_t);
+    m_coordinates[0].ReadDoubles(m_reader, m_position, m_x);
+    m_coordinates[1].ReadDoubles(m_reader, m_position, m_y);
+    m_coordinates[2].ReadDoubles(m_reader, m_position, m_t);
     if (m_coordinates.size() > 3) {
-        m_coordinates[3].CopyDoubles(m_reader, m_position, m_z);
+        m_coordinates[3].ReadDoubles(m_reader, m_position, m_z);
+    }
+    for (const std::vector<double>* values : {&m_x, &m_y, &m_t}) {
+        if (values->size() < m_cVertices) {
+            throw ZorvoDSG::Exception(ZorvoDSG::eInstanceDimensionMismatch, L"coordinates shorter than X", m_reader.Path());
+        }
     }
     SetGeometry(feature, m_cVertices);
     return true;
@@ -71,7 +76,7 @@ bool NetCDFOrthoMDTrajectoryCursor::ReadVertices(TrajectoryFeature& feature) {
 
 void NetCDFOrthoMDTrajectoryCursor::ReadObservations(TrajectoryFeature& feature) {
     for (size_t i = 0; i < m_observations.size(); ++i) {
-        m_observations[i].Copy(m_reader, m_position, feature.ObservationValues(static_cast<long>(i)));
+        m_observations[i].Read(m_reader, m_position, feature.ObservationValues(static_cast<long>(i)));
     }
 }
 

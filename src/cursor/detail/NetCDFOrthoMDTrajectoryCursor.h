@@ -12,7 +12,7 @@
 #include <vector>
 
 #include <zorvodsg/cursor/detail/NetCDFTrajectoryCursorImpl.h>
-#include <zorvodsg/cursor/detail/OrthoRun.h>
+#include <zorvodsg/cursor/detail/RunSource.h>
 
 namespace ZorvoNetCDFDSG {
 
@@ -29,12 +29,11 @@ protected:
     void OnBlockSizeChanged() override;
 
 private:
-    detail::OrthoRun MakeRun(const ZorvoDSG::Variable& variable) const;
+    detail::RunSource MakeRun(const ZorvoDSG::Variable& variable) const;
 
     uint64_t m_cVertices = 0;
-    detail::OrthoRun::eShape m_shape = detail::OrthoRun::eRows;
-    std::vector<detail::OrthoRun> m_coordinates;  // x, y, t, then z when the class has it
-    std::vector<detail::OrthoRun> m_observations;
+    std::vector<detail::RunSource> m_coordinates;  // x, y, t, then z when the class has it
+    std::vector<detail::RunSource> m_observations;
 };
 
 }  // namespace ZorvoNetCDFDSG
