@@ -151,7 +151,7 @@ void Variable::LoadAttributes(int groupId) {
             }
             // A group's own global attribute hides the same name in its ancestors.
             if (!m_attributes.contains(name)) {
-                m_attributes.insert(name, ZorvoNetCDFDSG::detail::ReadNcAttribute(gid, varId, name, m_name, path));
+                m_attributes.insert({name, ZorvoNetCDFDSG::detail::ReadNcAttribute(gid, varId, name, m_name, path)});
             }
         }
         int parent = -1;
@@ -215,10 +215,10 @@ std::vector<std::string> Variable::ArrayAttributeValue(const std::string& name) 
 }
 
 bool Variable::SetAttributeValue(const std::string& name, const NcVariant& value) {
-    return m_attributes.insert_or_assign(name, value);
+    return m_attributes.insert_or_assign(name, value).second;
 }
 
-bool Variable::TryRemoveAttribute(const std::string& name) { return m_attributes.erase(name); }
+bool Variable::TryRemoveAttribute(const std::string& name) { return m_attributes.erase(name) != 0; }
 
 namespace {
 std::string TextOf(const Variable::AttributeMap& attributes, const char* name) {
