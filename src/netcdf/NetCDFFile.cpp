@@ -8,6 +8,7 @@
 
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/host/xml/XmlDom.h>
+#include <zorvodsg/netcdf/detail/GroupName.h>
 #include <zorvodsg/values/Exception.h>
 
 using ZorvoDSG::Host::IXMLDOMDocument;
@@ -89,13 +90,7 @@ void RemoveGroups(const IXMLDOMDocument& ncml, std::vector<GroupRecord>& records
         if (!name || name->empty()) {
             throw Exception(ZorvoDSG::eIncompleteNcMLAttribute, L"group name", ncml.Url());
         }
-        std::string prefix = WideToUtf8(*name);
-        if (prefix.front() != '/') {
-            prefix = "/" + prefix;
-        }
-        if (prefix.back() != '/') {
-            prefix += '/';
-        }
+        const std::string prefix = detail::NormalizedGroupName(WideToUtf8(*name));
         std::erase_if(records, [&](const GroupRecord& record) { return record.fullName.starts_with(prefix); });
     }
 }

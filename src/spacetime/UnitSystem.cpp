@@ -1,9 +1,8 @@
 #include <zorvodsg/spacetime/UnitSystem.h>
 
-#include <locale.h>
-
 #include <atomic>
 
+#include <zorvodsg/spacetime/detail/CNumericLocale.h>
 #include <zorvodsg/spacetime/detail/UDUnits.h>
 #include <zorvodsg/values/Exception.h>
 
@@ -17,37 +16,7 @@ std::atomic<ut_system*> s_pUnitSystem{nullptr};  // never freed: units may outli
 // leaves the next caller free to try again.
 std::mutex s_initMutex;
 
-// Switches the calling thread (only) to the "C" numeric conventions while it lives, so that the
-// database's decimal points parse whatever locale the host runs in.
-class CNumericLocale {
-public:
-    CNumericLocale() {
-        locale_t current = duplocale(uselocale(static_cast<locale_t>(nullptr)));
-        if (current == static_cast<locale_t>(nullptr)) {
-            return;
-        }
-        m_locale = newlocale(LC_NUMERIC_MASK, "C", current);
-        if (m_locale == static_cast<locale_t>(nullptr)) {
-            freelocale(current);
-            return;
-        }
-        m_previous = uselocale(m_locale);
-    }
-    ~CNumericLocale() {
-        if (m_locale != static_cast<locale_t>(nullptr)) {
-            uselocale(m_previous);
-            freelocale(m_locale);
-        }
-    }
-    CNumericLocale(const CNumericLocale&) = delete;
-    CNumericLocale& operator=(const CNumericLocale&) = delete;
-
-    bool bActive() const { return m_locale != static_cast<locale_t>(nullptr); }
-
-private:
-    locale_t m_locale = static_cast<locale_t>(nullptr);
-    locale_t m_previous = static_cast<locale_t>(nullptr);
-};
+using SpaceTime::detail::CNumericLocale;
 
 [[noreturn]] void ThrowInitFailure(const std::filesystem::path& path) {
     throw Exception(eInternalError, L"udunits initialization failure", path);
@@ -121,6 +90,7 @@ UnitPtr UnitByName(const char* name) {
 
 bool FormatUnit(const ut_unit* u, unsigned opts, std::string& text) {
     char buffer[1024];
+    const CNumericLocale cLocale;  // scale factors print with a point
     const int length = ut_format(u, buffer, sizeof buffer, opts);
     if (length < 0 || static_cast<size_t>(length) >= sizeof buffer) {
         return false;
@@ -150,10 +120,9 @@ UnitPtr ParseUnit(const std::string& units) {
     // the buffer but returns a pointer offset by the leading white space ("  dbar" gives "ar").
     constexpr const char* kSpace = " \t\n\v\f\r";
     const size_t first = units.find_first_not_of(kSpace);
-    if (first == std::string::npos) {
-        return detail::WrapUnit(ut_parse(system, "", UT_UTF8));
-    }
-    const std::string text = units.substr(first, units.find_last_not_of(kSpace) - first + 1);
+    const std::string text =
+        first == std::string::npos ? std::string() : units.substr(first, units.find_last_not_of(kSpace) - first + 1);
+    const CNumericLocale cLocale;  // "0.5 m" has a decimal point whatever the host's locale
     return detail::WrapUnit(ut_parse(system, text.c_str(), UT_UTF8));
 }
 
