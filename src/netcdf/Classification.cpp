@@ -100,7 +100,7 @@ eVerticalDatumModel VerticalDatumModel(const std::string& standardName) {
 bool ClassifyByUnits(const Variable& variable, const std::string& standardName, ILog& log,
                      CoordinateVariableId& coord) {
     const std::string units = variable.UnitsString();
-    const UnitPtr unit = ParseUnit(units);
+    const Unit unit = ParseUnit(units);
     if (!unit) {
         log.AddMessage(kMessageUnparseableUnits, Utf8ToWide(units));
         return false;

@@ -5,6 +5,7 @@
 #include <cerrno>
 
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcLock.h>
 
 namespace ZorvoNetCDFDSG {
 
@@ -20,6 +21,7 @@ NcFileHandle& NcFileHandle::operator=(NcFileHandle&& other) noexcept {
 
 void NcFileHandle::Close() noexcept {
     if (m_ncid != -1) {
+        const ZorvoDSG::System::NcLock lock;
         nc_close(m_ncid);
         m_ncid = -1;
     }
@@ -31,6 +33,7 @@ NcFileHandle NcFileHandle::s_Open(const std::filesystem::path& path) {
     if (native.find("://") != std::string::npos) {
         throw ZorvoDSG::Exception(ENOENT, std::wstring(), path);
     }
+    const ZorvoDSG::System::NcLock lock;
     int ncid = -1;
     if (const int status = nc_open(native.c_str(), NC_NOWRITE, &ncid); status != NC_NOERR) {
         throw ZorvoDSG::Exception(status, std::wstring(), path);

@@ -1,7 +1,8 @@
 #pragma once
 // The system's view of one netCDF file, or of one group of a netCDF-4 file: the open handle, every
 // variable with its attributes, the global attributes, the lookup maps and the classified coordinate
-// variables. Always owned by a shared pointer; never copied (a copy would share the netCDF handle).
+// variables. Always owned by a shared pointer; never copied. The datasets s_Open makes of one file
+// share one open netCDF handle, closed when the last of them disconnects or goes.
 
 #include <filesystem>
 #include <map>
@@ -30,8 +31,13 @@ public:
     static std::vector<std::shared_ptr<NetCDFFile>> s_Open(const std::filesystem::path& path, long fileId,
                                                            ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
 
+    // Opens the file itself and loads one group.
     NetCDFFile(const std::filesystem::path& path, long fileId, const std::string& groupName,
                const std::string& fullGroupName, ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
+    // Loads one group of a file already open as `file` (of `path`), sharing that handle.
+    NetCDFFile(std::shared_ptr<const NcFileHandle> file, const std::filesystem::path& path, long fileId,
+               const std::string& groupName, const std::string& fullGroupName,
+               ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
     NetCDFFile(const NetCDFFile&) = delete;
     NetCDFFile& operator=(const NetCDFFile&) = delete;
     ~NetCDFFile();
@@ -65,7 +71,8 @@ public:
     static bool s_IsTidalHeight(const std::string& standardName, ZorvoDSG::SpaceTime::eVerticalDatumModel& model);
 
 private:
-    void OpenGroup();
+    // Finds the group in `file`, or in a handle of its own when `file` is null.
+    void OpenGroup(std::shared_ptr<const NcFileHandle> file);
     void LoadGlobalAttributes();
     void LoadVariables(ZorvoDSG::System::ILog& log, int groupId);
     void CheckCreateAssumedGeographicSR(ZorvoDSG::System::ILog& log);
@@ -87,7 +94,8 @@ private:
     std::string m_groupName;
     std::string m_fullGroupName;
     int m_ncFormat = 0;
-    NcFileHandle m_ncFile;  // owns the handle that ICFMetadata's file handle and group id refer to
+    // The handle that ICFMetadata's file handle and group id refer to; null while disconnected.
+    std::shared_ptr<const NcFileHandle> m_ncFile;
 };
 
 }  // namespace ZorvoNetCDFDSG

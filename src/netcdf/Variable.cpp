@@ -12,6 +12,7 @@
 #include <zorvodsg/netcdf/detail/NcAttribute.h>
 #include <zorvodsg/values/NcTypeDispatch.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcLock.h>
 #include <zorvodsg/values/detail/Rescale.h>
 
 using ZorvoDSG::Host::Utf8ToWide;
@@ -55,6 +56,7 @@ Variable::Variable(ICFMetadata* file, const std::string& fullGroupName, long id,
 
 Variable::Variable(ICFMetadata* file, const std::string& fullGroupName, long groupId, long varId)
     : m_fullGroupName(fullGroupName), m_file(file != nullptr ? file->m_self : nullptr), m_id(varId) {
+    const System::NcLock lock;
     const int gid = static_cast<int>(groupId);
     const int vid = static_cast<int>(varId);
     char name[NC_MAX_NAME + 1] = {};
@@ -138,6 +140,7 @@ bool Variable::HasDim(long dimId) const { return std::find(m_dimIds.begin(), m_d
 void Variable::LoadAttributes(int groupId) {
     const int varId = m_id == kGlobalsId ? NC_GLOBAL : static_cast<int>(m_id);
     const std::filesystem::path path = PathOf(CFMetadata());
+    const System::NcLock lock;
     int gid = groupId;
     for (;;) {
         int cAttributes = 0;
@@ -169,6 +172,7 @@ void Variable::LoadPacking(int groupId) {
     m_scaleFactor = static_cast<unsigned char>(1);
     m_addOffset = static_cast<unsigned char>(0);
     nc_type packingType = NC_NAT;
+    const System::NcLock lock;
     if (nc_inq_atttype(groupId, static_cast<int>(m_id), scale != nullptr ? kScaleFactor : kAddOffset, &packingType) ==
         NC_NOERR) {
         m_unpackedType = packingType;
@@ -330,6 +334,7 @@ void Variable::DetermineFillValue() {
     }
     // Ask the library only when the file itself declares no _FillValue (NcML may have removed it):
     // nc_inq_var_fill would otherwise copy a declared value of any type and length into the buffer.
+    const System::NcLock lock;
     int groupId = -1;
     if (const ICFMetadata* file = CFMetadata(); file != nullptr && m_id >= 0) {
         try {

@@ -73,19 +73,19 @@ void ConverterDeleter::operator()(cv_converter* c) const {
     cv_free(c);
 }
 
-UnitPtr WrapUnit(ut_unit* u) {
+Unit WrapUnit(ut_unit* u) {
     if (u == nullptr) {
         return {};
     }
-    return UnitPtr(u, [](ut_unit* p) {
+    return UnitAccess::Make(std::shared_ptr<ut_unit>(u, [](ut_unit* p) {
         std::lock_guard lock(UnitMutex());
         ut_free(p);
-    });
+    }));
 }
 
-UnitPtr UnitByName(const char* name) {
+Unit UnitByName(const char* name) {
     ut_system* system = UnitSystem();
-    return system != nullptr ? WrapUnit(ut_get_unit_by_name(system, name)) : UnitPtr{};
+    return system != nullptr ? WrapUnit(ut_get_unit_by_name(system, name)) : Unit{};
 }
 
 bool FormatUnit(const ut_unit* u, unsigned opts, std::string& text) {
@@ -104,13 +104,13 @@ bool FormatUnit(const ut_unit* u, unsigned opts, std::string& text) {
 namespace {
 
 // Whether `u` converts to `reference`; the lock must be held.
-bool Convertible(const UnitPtr& u, const UnitPtr& reference) {
-    return u && ut_are_convertible(u.get(), reference.get()) > 0;
+bool Convertible(const Unit& u, const Unit& reference) {
+    return u && ut_are_convertible(detail::Raw(u), detail::Raw(reference)) > 0;
 }
 
 }  // namespace
 
-UnitPtr ParseUnit(const std::string& units) {
+Unit ParseUnit(const std::string& units) {
     std::lock_guard lock(detail::UnitMutex());
     ut_system* system = detail::UnitSystem();
     if (system == nullptr) {
@@ -126,27 +126,27 @@ UnitPtr ParseUnit(const std::string& units) {
     return detail::WrapUnit(ut_parse(system, text.c_str(), UT_UTF8));
 }
 
-bool IsPressureUnit(const UnitPtr& u) {
+bool IsPressureUnit(const Unit& u) {
     std::lock_guard lock(detail::UnitMutex());
-    const UnitPtr pascal = detail::UnitByName("pascal");
+    const Unit pascal = detail::UnitByName("pascal");
     if (!pascal) {
         throw Exception(eInternalError, L"cannot get base pressure unit", {});
     }
     return Convertible(u, pascal);
 }
 
-bool IsLengthUnit(const UnitPtr& u) {
+bool IsLengthUnit(const Unit& u) {
     std::lock_guard lock(detail::UnitMutex());
-    const UnitPtr meter = detail::UnitByName("meter");
+    const Unit meter = detail::UnitByName("meter");
     if (!meter) {
         throw Exception(eInternalError, L"cannot get base length unit", {});
     }
     return Convertible(u, meter);
 }
 
-bool IsTimeUnit(const UnitPtr& u) {
+bool IsTimeUnit(const Unit& u) {
     std::lock_guard lock(detail::UnitMutex());
-    const UnitPtr reference = ParseUnit("days since 1900-01-01");
+    const Unit reference = ParseUnit("days since 1900-01-01");
     if (!reference) {
         throw Exception(eInternalError, L"cannot get base time reference", {});
     }
