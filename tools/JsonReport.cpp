@@ -3,8 +3,9 @@
 #include <rapidjson/ostreamwrapper.h>
 #include <rapidjson/prettywriter.h>
 
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
+#include <string>
 #include <ostream>
 #include <variant>
 
@@ -41,6 +42,18 @@ void OptionalString(Writer& w, const char* key, const std::optional<std::string>
     }
 }
 
+// The double nearest to the float's shortest decimal text (0.01f gives 0.01), read with a decimal
+// point whatever the locale.
+double ShortestFloatAsDouble(float value) {
+    if (!std::isfinite(value)) {
+        return static_cast<double>(value);
+    }
+    const std::string text = NumberText(value);
+    double result = static_cast<double>(value);
+    std::from_chars(text.data(), text.data() + text.size(), result);
+    return result;
+}
+
 // JSON has no NaN or infinities; they are written as the texts "NaN", "Infinity", "-Infinity".
 void Number(Writer& w, double value) {
     if (std::isfinite(value)) {
@@ -72,7 +85,7 @@ void Value(Writer& w, const ZorvoDSG::System::NcVariant& value) {
                 Array(w, v);
             } else if constexpr (std::is_same_v<T, float>) {
                 // The float's own shortest text, so 0.01f is written 0.01 and not 0.009999999776482582.
-                Number(w, std::isfinite(v) ? std::strtod(NumberText(v).c_str(), nullptr) : static_cast<double>(v));
+                Number(w, ShortestFloatAsDouble(v));
             } else if constexpr (std::is_same_v<T, double>) {
                 Number(w, v);
             } else if constexpr (std::is_same_v<T, uint64_t>) {

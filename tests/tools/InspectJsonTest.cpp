@@ -262,4 +262,17 @@ TEST(InspectJsonOddValues, NaNControlCharactersAndBrokenCrsStayValid) {
     EXPECT_EQ(Text(message["text"]), "not a unit ((");
 }
 
+// zdsg runs in the user's locale; a decimal comma there changes no number in either report.
+TEST(InspectLocale, CommaLocaleChangesNoNumber) {
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"inspect", "--json", ZDSG_EXAMPLES_DIR}, {"inspect", ZDSG_EXAMPLES_DIR}}) {
+        const ToolRun plain = RunTool(arguments, {"LC_ALL=C"});
+        const ToolRun comma = RunTool(arguments, {"LC_ALL=de_DE.UTF-8"});
+        ASSERT_EQ(plain.exitStatus, 0) << plain.err;
+        ASSERT_EQ(comma.exitStatus, 0) << comma.err;
+        EXPECT_EQ(comma.out, plain.out);
+        EXPECT_NE(comma.out.find("0.01"), std::string::npos);  // sst's scale_factor
+    }
+}
+
 }  // namespace
