@@ -86,11 +86,12 @@ std::vector<GroupRecord> GroupRecords(const std::vector<int>& groupIds, const st
     return records;
 }
 
-// Removing a group removes its subgroups; removing "/" removes every group.
+// Removing a group removes its subgroups; removing "/" or "" removes every group. Only a missing name
+// is an error.
 void RemoveGroups(const IXMLDOMDocument& ncml, std::vector<GroupRecord>& records) {
     for (const IXMLDOMElement& remove : ncml.SelectNodes("/netcdf/remove[@type = 'group']")) {
         const std::optional<std::wstring> name = remove.GetAttribute(L"name");
-        if (!name || name->empty()) {
+        if (!name) {
             throw Exception(ZorvoDSG::eIncompleteNcMLAttribute, L"group name", ncml.Url());
         }
         const std::string prefix = detail::NormalizedGroupName(WideToUtf8(*name));

@@ -172,6 +172,8 @@ TEST(NetCDFFileTest, NcMLRemovesGroupsAndTheirSubgroups) {
     }
     const auto all = NcML("<netcdf><remove type='group' name='/'/><remove type='variable' name='x'/></netcdf>");
     EXPECT_TRUE(Open(DataPath("ncfile_groups.nc"), all.get()).empty());
+    const auto emptyName = NcML("<netcdf><remove type='group' name=''/></netcdf>");  // like "/"
+    EXPECT_TRUE(Open(DataPath("ncfile_groups.nc"), emptyName.get()).empty());
     // Without groups the removals are not consulted.
     EXPECT_EQ(Open(DataPath("ncfile_x_nc4.nc"), all.get()).size(), 1u);
 
