@@ -102,11 +102,12 @@ void RemoveGroups(const IXMLDOMDocument& ncml, std::vector<GroupRecord>& records
 }  // namespace
 
 // The file is opened once and its handle shared by every group's dataset: opening a netCDF-4 file
-// reads the metadata of all its groups, so a handle per group would cost O(groups squared).
+// reads the metadata of all its groups, so a handle per group would cost O(groups squared). Other
+// datasets of the same file in the process share it too (see NcFileHandle::s_Share).
 std::vector<std::shared_ptr<NetCDFFile>> NetCDFFile::s_Open(const std::filesystem::path& path, long fileId,
                                                             IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log) {
     const ZorvoDSG::System::NcLock lock;
-    const auto file = std::make_shared<const NcFileHandle>(NcFileHandle::s_Open(path));
+    const std::shared_ptr<const NcFileHandle> file = NcFileHandle::s_Share(path);
     std::vector<int> groupIds{file->Id()};
     if (file->FormatExtended() != NC_FORMATX_NC3) {
         groupIds = CollectGroups(file->Id(), path);
@@ -153,7 +154,7 @@ NetCDFFile::~NetCDFFile() { Disconnect(); }
 void NetCDFFile::OpenGroup(std::shared_ptr<const NcFileHandle> file) {
     const ZorvoDSG::System::NcLock lock;
     if (file == nullptr) {
-        file = std::make_shared<const NcFileHandle>(NcFileHandle::s_Open(m_path));
+        file = NcFileHandle::s_Share(m_path);
     }
     int groupId = file->Id();
     if (!m_groupName.empty()) {

@@ -1,8 +1,8 @@
 #pragma once
 // The system's view of one netCDF file, or of one group of a netCDF-4 file: the open handle, every
 // variable with its attributes, the global attributes, the lookup maps and the classified coordinate
-// variables. Always owned by a shared pointer; never copied. The datasets s_Open makes of one file
-// share one open netCDF handle, closed when the last of them disconnects or goes.
+// variables. Always owned by a shared pointer; never copied. All datasets of one file share one open
+// netCDF handle, closed when the last of them disconnects or goes.
 
 #include <filesystem>
 #include <map>
@@ -31,7 +31,7 @@ public:
     static std::vector<std::shared_ptr<NetCDFFile>> s_Open(const std::filesystem::path& path, long fileId,
                                                            ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
 
-    // Opens the file itself and loads one group.
+    // Opens the file (or shares the process's open handle of it) and loads one group.
     NetCDFFile(const std::filesystem::path& path, long fileId, const std::string& groupName,
                const std::string& fullGroupName, ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log);
     // Loads one group of a file already open as `file` (of `path`), sharing that handle.
@@ -71,7 +71,7 @@ public:
     static bool s_IsTidalHeight(const std::string& standardName, ZorvoDSG::SpaceTime::eVerticalDatumModel& model);
 
 private:
-    // Finds the group in `file`, or in a handle of its own when `file` is null.
+    // Finds the group in `file`, or in the process's shared handle of the file when `file` is null.
     void OpenGroup(std::shared_ptr<const NcFileHandle> file);
     void LoadGlobalAttributes();
     void LoadVariables(ZorvoDSG::System::ILog& log, int groupId);

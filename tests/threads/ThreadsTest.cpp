@@ -11,6 +11,8 @@
 #include <latch>
 #include <map>
 #include <memory>
+#include <mutex>
+#include <utility>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -171,6 +173,8 @@ TEST(Threads, OpenInspectWktAndUnitsAtOnce) {
     }
 
     std::atomic<int> mismatches{0};
+    std::mutex firstMismatchMutex;
+    std::pair<std::string, std::string> firstMismatch;  // (expected, seen)
     std::latch start(kThreads);
     StderrCapture stderrText;
     {
@@ -180,14 +184,18 @@ TEST(Threads, OpenInspectWktAndUnitsAtOnce) {
                 start.arrive_and_wait();
                 for (int round = 0; round < kRounds; ++round) {
                     const size_t index = static_cast<size_t>(t + round) % Files().size();
-                    if (Inspect(Files()[index]) != expected[index]) {
-                        ++mismatches;
+                    if (std::string seen = Inspect(Files()[index]); seen != expected[index]) {
+                        if (++mismatches == 1) {
+                            const std::lock_guard lock(firstMismatchMutex);
+                            firstMismatch = {expected[index], std::move(seen)};
+                        }
                     }
                 }
             });
         }
     }
     EXPECT_EQ(mismatches.load(), 0);
+    EXPECT_EQ(firstMismatch.second, firstMismatch.first);
     const std::string written = stderrText.Text();
     EXPECT_TRUE(written.empty()) << written.substr(0, 400);
 }
@@ -213,7 +221,7 @@ TEST(Threads, GroupDatasetsSharingOneHandle) {
                             }
                         }
                         file->Disconnect();  // the others keep the handle open
-                        file->Connect();     // a handle of its own
+                        file->Connect();     // shares it again, or reopens it when all let go
                         if (file->NcID() < 0) {
                             ++failures;
                         }
