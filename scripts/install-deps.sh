@@ -12,6 +12,7 @@ packages=(
   libxml2-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libcli11-dev
+  locales-all
 )
 
 missing=()

@@ -2,8 +2,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <iostream>
 #include <memory>
+#include <string>
 
 #include "DatasetCollector.h"
 #include "JsonReport.h"
@@ -78,9 +82,22 @@ int RunInspect(const InspectOptions& options) {
         progress.Clear();
         report->File(file);
         summary.Add(file);
+        if (!file.read) {
+            // The report has it too; stderr tells whoever only looks there, as other tools do.
+            std::cerr << "zdsg: " << Printable(file.path) << ": " << Printable(file.error) << '\n';
+        }
     }
     progress.Clear();
     report->End(summary);
+    // A report that could not be written (a full disk, a closed pipe) is a failure, not a success.
+    errno = 0;
+    std::cout.flush();
+    if (!std::cout || std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        const int error = errno;
+        std::cerr << "zdsg: cannot write the report" << (error != 0 ? std::string(": ") + std::strerror(error) : "")
+                  << '\n';
+        return eExitRefused;
+    }
     return summary.refused == 0 ? eExitOk : eExitRefused;
 }
 

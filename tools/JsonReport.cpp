@@ -188,6 +188,8 @@ JsonReport::~JsonReport() = default;
 void JsonReport::Begin(const RunInfo& info) {
     Writer& w = m_impl->writer;
     w.StartObject();
+    Key(w, "formatVersion");
+    w.Int(kJsonFormatVersion);
     Key(w, "zdsg");
     w.StartObject();
     Key(w, "version");

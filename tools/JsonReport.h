@@ -1,5 +1,6 @@
 #pragma once
-// One JSON document on a stream: {"zdsg":..., "files":[...], "summary":{...}}; see README-json.md.
+// One JSON document on a stream: {"formatVersion":1, "zdsg":..., "files":[...], "summary":{...}}; the
+// keys are described in the README.
 
 #include <iosfwd>
 #include <memory>
@@ -7,6 +8,9 @@
 #include "Report.h"
 
 namespace zdsg {
+
+// The document's format: raised when a key is removed or changes its meaning, not for new keys.
+inline constexpr int kJsonFormatVersion = 1;
 
 class JsonReport final : public Report {
 public:

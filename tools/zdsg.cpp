@@ -1,12 +1,16 @@
 // zdsg: command-line access to DSG netCDF files through ZorvoDSG.
 #include <CLI/CLI.hpp>
 
+#include <clocale>
 #include <iostream>
 
 #include "FeaturesCommand.h"
 #include "InspectCommand.h"
 
 int main(int argc, char** argv) {
+    // Like other command-line tools zdsg runs in the user's locale (messages of the C library);
+    // the library and the reports keep numbers in the C conventions whatever it is.
+    std::setlocale(LC_ALL, "");
     CLI::App app{"zdsg: read CF Discrete Sampling Geometry netCDF files"};
     app.set_version_flag("--version", std::string("zdsg ") + ZDSG_VERSION);
     app.require_subcommand(0, 1);

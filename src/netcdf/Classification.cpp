@@ -10,6 +10,7 @@
 #include <zorvodsg/netcdf/NetCDFFile.h>
 #include <zorvodsg/spacetime/TimeUnits.h>
 #include <zorvodsg/spacetime/UnitSystem.h>
+#include <zorvodsg/values/Ascii.h>
 
 using ZorvoDSG::Host::Utf8ToWide;
 
@@ -27,24 +28,12 @@ constexpr long kMessageAssumedGeographic = 17;
 
 constexpr const char* kAssumedGeographicName = "zorvo_assumed_geographic";
 
-char AsciiLower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool IEquals(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) {
-        return false;
-    }
-    for (size_t i = 0; i < a.size(); ++i) {
-        if (AsciiLower(a[i]) != AsciiLower(b[i])) {
-            return false;
-        }
-    }
-    return true;
-}
+using ZorvoDSG::System::AsciiIEquals;
 
 template <size_t N>
 bool IsOneOf(std::string_view text, const std::array<std::string_view, N>& names) {
     for (const auto name : names) {
-        if (IEquals(text, name)) {
+        if (AsciiIEquals(text, name)) {
             return true;
         }
     }
@@ -115,7 +104,7 @@ TimeReference ParseTimeUnitsAsAsked(const std::string& units, const OpenOptions&
 bool ClassifyByUnits(const Variable& variable, const std::string& standardName, const OpenOptions& options,
                      ILog& log, CoordinateVariableId& coord) {
     const std::string units = variable.UnitsString();
-    const UnitPtr unit = ParseUnit(units);
+    const Unit unit = ParseUnit(units);
     if (!unit) {
         log.AddMessage(kMessageUnparseableUnits, Utf8ToWide(units));
         return false;
@@ -165,7 +154,7 @@ bool NetCDFFile::s_IsGeoidDepth(const std::string& standardName) { return IsOneO
 bool NetCDFFile::s_IsTidalHeight(const std::string& standardName, eVerticalDatumModel& model) {
     model = eVerticalDatumUnspecified;
     for (const auto& tidal : kTidalHeights) {
-        if (IEquals(standardName, tidal.standardName)) {
+        if (AsciiIEquals(standardName, tidal.standardName)) {
             model = tidal.model;
             return true;
         }
@@ -207,11 +196,11 @@ void NetCDFFile::ClassifyCoordinateVariables(ILog& log, const OpenOptions& optio
         coord.bZUp = true;
 
         // Latitude is tested before longitude and time, so a standard name wins over a conflicting axis.
-        if (IEquals(standardName, "latitude") || axis == "Y") {
+        if (AsciiIEquals(standardName, "latitude") || axis == "Y") {
             coord.role = eCoordinateY;
-        } else if (IEquals(standardName, "longitude") || axis == "X") {
+        } else if (AsciiIEquals(standardName, "longitude") || axis == "X") {
             coord.role = eCoordinateX;
-        } else if (IEquals(standardName, "time") || axis == "T") {
+        } else if (AsciiIEquals(standardName, "time") || axis == "T") {
             coord.timeReference = ParseTimeUnitsAsAsked(variable.UnitsString(), options);
             coord.role = eCoordinateT;
         } else if (!variable.HasAttribute("units") || !ClassifyByUnits(variable, standardName, options, log, coord)) {

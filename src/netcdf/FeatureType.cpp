@@ -8,23 +8,11 @@
 #include <variant>
 
 #include <zorvodsg/netcdf/NetCDFFile.h>
+#include <zorvodsg/values/Ascii.h>
 
 namespace ZorvoDSG {
 
 namespace {
-
-bool IEquals(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) {
-        return false;
-    }
-    for (size_t i = 0; i < a.size(); ++i) {
-        const auto lower = [](char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; };
-        if (lower(a[i]) != lower(b[i])) {
-            return false;
-        }
-    }
-    return true;
-}
 
 struct FeatureTypeSpelling {
     std::string_view text;
@@ -48,7 +36,7 @@ constexpr std::array<FeatureTypeSpelling, 9> kSpellings{{
 
 eFeatureType ParseFeatureType(const std::string& text) {
     for (const auto& spelling : kSpellings) {
-        if (IEquals(text, spelling.text)) {
+        if (System::AsciiIEquals(text, spelling.text)) {
             return spelling.type;
         }
     }

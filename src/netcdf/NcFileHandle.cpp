@@ -2,11 +2,32 @@
 
 #include <netcdf.h>
 
+#include <sys/stat.h>
+
 #include <cerrno>
+#include <map>
+#include <utility>
 
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcLock.h>
 
 namespace ZorvoNetCDFDSG {
+
+namespace {
+
+// Open handles by file identity (device, inode). Touched only with the netCDF lock held.
+struct SharedFile {
+    std::weak_ptr<const NcFileHandle> handle;
+    NcFileHandle* raw = nullptr;  // alive until its deleter has run, which takes the lock first
+};
+using FileKey = std::pair<dev_t, ino_t>;
+
+std::map<FileKey, SharedFile>& OpenFiles() {
+    static auto* const files = new std::map<FileKey, SharedFile>;  // never destroyed, as the lock
+    return *files;
+}
+
+}  // namespace
 
 NcFileHandle& NcFileHandle::operator=(NcFileHandle&& other) noexcept {
     if (this != &other) {
@@ -20,9 +41,40 @@ NcFileHandle& NcFileHandle::operator=(NcFileHandle&& other) noexcept {
 
 void NcFileHandle::Close() noexcept {
     if (m_ncid != -1) {
+        const ZorvoDSG::System::NcLock lock;
         nc_close(m_ncid);
         m_ncid = -1;
     }
+}
+
+std::shared_ptr<const NcFileHandle> NcFileHandle::s_Share(const std::filesystem::path& path) {
+    const ZorvoDSG::System::NcLock lock;
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) {
+        return std::make_shared<const NcFileHandle>(s_Open(path));  // fails as s_Open fails
+    }
+    const FileKey key{status.st_dev, status.st_ino};
+    auto& files = OpenFiles();
+    if (const auto found = files.find(key); found != files.end()) {
+        if (auto handle = found->second.handle.lock()) {
+            return handle;
+        }
+        // The last holder let go but its deleter waits for the lock we hold: close for it now, so that
+        // the file is not open twice once we reopen it below.
+        found->second.raw->Close();
+        files.erase(found);
+    }
+    auto* raw = new NcFileHandle(s_Open(path));
+    std::shared_ptr<const NcFileHandle> handle(raw, [key](const NcFileHandle* closing) {
+        const ZorvoDSG::System::NcLock deleterLock;
+        auto& open = OpenFiles();
+        if (const auto found = open.find(key); found != open.end() && found->second.raw == closing) {
+            open.erase(found);
+        }
+        delete closing;
+    });
+    files[key] = SharedFile{handle, raw};
+    return handle;
 }
 
 NcFileHandle NcFileHandle::s_Open(const std::filesystem::path& path) {
@@ -31,6 +83,7 @@ NcFileHandle NcFileHandle::s_Open(const std::filesystem::path& path) {
     if (native.find("://") != std::string::npos) {
         throw ZorvoDSG::Exception(ENOENT, std::wstring(), path);
     }
+    const ZorvoDSG::System::NcLock lock;
     int ncid = -1;
     if (const int status = nc_open(native.c_str(), NC_NOWRITE, &ncid); status != NC_NOERR) {
         throw ZorvoDSG::Exception(status, std::wstring(), path);

@@ -2,6 +2,7 @@
 // An open netCDF-C dataset, closed with nc_close exactly once (on Close, reassignment or destruction).
 
 #include <filesystem>
+#include <memory>
 #include <utility>
 
 namespace ZorvoNetCDFDSG {
@@ -20,6 +21,12 @@ public:
     // reaches out to the network); a format other than classic, 64-bit offset, CDF5, netCDF-4 or HDF4
     // fails with eUnsupportedNetCDFFormat; nc_open's failure is raised with its status.
     static NcFileHandle s_Open(const std::filesystem::path& path);
+
+    // The process's one open handle of the file at `path` (the same file by any name), opened as
+    // s_Open opens it on first use and closed when the last holder lets go. netCDF-C must never have
+    // a netCDF-4 file open twice: HDF5 shares the underlying file between the two opens, and closing
+    // one invalidates what the other has not read yet (errors, even crashes, on the survivor).
+    static std::shared_ptr<const NcFileHandle> s_Share(const std::filesystem::path& path);
 
     bool IsOpen() const { return m_ncid != -1; }
     // The root id; -1 when closed.

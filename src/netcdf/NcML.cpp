@@ -12,6 +12,8 @@
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/host/xml/XmlDom.h>
 #include <zorvodsg/netcdf/NetCDFFile.h>
+#include <zorvodsg/netcdf/detail/GroupName.h>
+#include <zorvodsg/values/Ascii.h>
 #include <zorvodsg/values/Exception.h>
 
 using ZorvoDSG::Host::IXMLDOMDocument;
@@ -31,15 +33,6 @@ constexpr long kMessageVariableAttributeAdded = 13;
 constexpr long kMessageGlobalAttributeAdded = 14;
 constexpr long kMessageVariableCreated = 15;
 constexpr long kMessageVariableRenamed = 16;
-
-std::wstring AsciiLower(std::wstring text) {
-    for (auto& c : text) {
-        if (c >= L'A' && c <= L'Z') {
-            c = static_cast<wchar_t>(c - L'A' + L'a');
-        }
-    }
-    return text;
-}
 
 std::string_view TrimBlanks(std::string_view text) {
     constexpr std::string_view kBlanks = " \t\r\n";
@@ -99,7 +92,7 @@ T ToInteger(const std::wstring& value, const std::wstring& type) {
 // The value of an NcML attribute element as the attribute value of its type (names compared without
 // regard to case). Unsigned and 64-bit types cannot be written through NcML.
 NcVariant ConvertNcMLValue(const std::wstring& type, const std::wstring& value) {
-    const std::wstring lowerType = AsciiLower(type);
+    const std::wstring lowerType = ZorvoDSG::System::AsciiLower(type);
     if (lowerType == L"string") {
         return WideToUtf8(value);
     }
@@ -149,12 +142,6 @@ NcMLAttribute ReadAttributeElement(const IXMLDOMElement& element, const std::wst
     return {*name, ConvertNcMLValue(*type, *value)};
 }
 
-// Whether a group element's name designates the group with full name `fullGroupName` ("/a/b/").
-bool GroupNameMatches(const std::string& name, const std::string& fullGroupName) {
-    return name == fullGroupName || "/" + name == fullGroupName || "/" + name + "/" == fullGroupName ||
-           name + "/" == fullGroupName;
-}
-
 }  // namespace
 
 void NetCDFFile::ApplyNcML(IXMLDOMDocument* ncml, ILog& log) {
@@ -174,7 +161,7 @@ void NetCDFFile::ApplyNcML(IXMLDOMDocument* ncml, ILog& log) {
         if (!name) {
             throw Exception(ZorvoDSG::eInvalidNcML, L"unnamed group", {});
         }
-        if (GroupNameMatches(WideToUtf8(*name), m_fullGroupName)) {
+        if (detail::NormalizedGroupName(WideToUtf8(*name)) == m_fullGroupName) {
             ApplyNcMLToGroup(group, log);
             return;
         }

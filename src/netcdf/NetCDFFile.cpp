@@ -8,7 +8,9 @@
 
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/host/xml/XmlDom.h>
+#include <zorvodsg/netcdf/detail/GroupName.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcLock.h>
 
 using ZorvoDSG::Host::IXMLDOMDocument;
 using ZorvoDSG::Host::IXMLDOMElement;
@@ -34,6 +36,7 @@ void Check(int status, const wchar_t* what, const std::filesystem::path& path) {
 }
 
 std::vector<int> ChildGroups(int groupId, const std::filesystem::path& path) {
+    const ZorvoDSG::System::NcLock lock;
     int cGroups = 0;
     Check(nc_inq_grps(groupId, &cGroups, nullptr), L"groups", path);
     std::vector<int> ids(static_cast<size_t>(std::max(cGroups, 0)));
@@ -62,6 +65,7 @@ std::vector<int> CollectGroups(int rootId, const std::filesystem::path& path) {
 }
 
 GroupRecord MakeGroupRecord(int groupId, const std::filesystem::path& path) {
+    const ZorvoDSG::System::NcLock lock;
     char name[NC_MAX_NAME + 1] = {};
     Check(nc_inq_grpname(groupId, name), L"group name", path);
     size_t length = 0;
@@ -82,42 +86,37 @@ std::vector<GroupRecord> GroupRecords(const std::vector<int>& groupIds, const st
     return records;
 }
 
-// Removing a group removes its subgroups; removing "/" removes every group.
+// Removing a group removes its subgroups; removing "/" or "" removes every group. Only a missing name
+// is an error.
 void RemoveGroups(const IXMLDOMDocument& ncml, std::vector<GroupRecord>& records) {
     for (const IXMLDOMElement& remove : ncml.SelectNodes("/netcdf/remove[@type = 'group']")) {
         const std::optional<std::wstring> name = remove.GetAttribute(L"name");
-        if (!name || name->empty()) {
+        if (!name) {
             throw Exception(ZorvoDSG::eIncompleteNcMLAttribute, L"group name", ncml.Url());
         }
-        std::string prefix = WideToUtf8(*name);
-        if (prefix.front() != '/') {
-            prefix = "/" + prefix;
-        }
-        if (prefix.back() != '/') {
-            prefix += '/';
-        }
+        const std::string prefix = detail::NormalizedGroupName(WideToUtf8(*name));
         std::erase_if(records, [&](const GroupRecord& record) { return record.fullName.starts_with(prefix); });
     }
 }
 
 }  // namespace
 
+// The file is opened once and its handle shared by every group's dataset: opening a netCDF-4 file
+// reads the metadata of all its groups, so a handle per group would cost O(groups squared). Other
+// datasets of the same file in the process share it too (see NcFileHandle::s_Share).
 std::vector<std::shared_ptr<NetCDFFile>> NetCDFFile::s_Open(const std::filesystem::path& path, long fileId,
                                                             IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
                                                             const OpenOptions& options) {
-    std::vector<GroupRecord> records;
-    {
-        NcFileHandle probe = NcFileHandle::s_Open(path);
-        std::vector<int> groupIds{probe.Id()};
-        if (probe.FormatExtended() != NC_FORMATX_NC3) {
-            groupIds = CollectGroups(probe.Id(), path);
-        }
-        if (groupIds.size() == 1) {
-            probe.Close();
-            return {std::make_shared<NetCDFFile>(path, fileId, std::string(), std::string(), ncml, log, options)};
-        }
-        records = GroupRecords(groupIds, path);
+    const ZorvoDSG::System::NcLock lock;
+    const std::shared_ptr<const NcFileHandle> file = NcFileHandle::s_Share(path);
+    std::vector<int> groupIds{file->Id()};
+    if (file->FormatExtended() != NC_FORMATX_NC3) {
+        groupIds = CollectGroups(file->Id(), path);
     }
+    if (groupIds.size() == 1) {
+        return {std::make_shared<NetCDFFile>(file, path, fileId, std::string(), std::string(), ncml, log, options)};
+    }
+    std::vector<GroupRecord> records = GroupRecords(groupIds, path);
     if (ncml != nullptr) {
         RemoveGroups(*ncml, records);
     }
@@ -125,7 +124,7 @@ std::vector<std::shared_ptr<NetCDFFile>> NetCDFFile::s_Open(const std::filesyste
     files.reserve(records.size());
     for (const GroupRecord& record : records) {
         files.push_back(
-            std::make_shared<NetCDFFile>(path, fileId, record.name, record.fullName, ncml, log, options));
+            std::make_shared<NetCDFFile>(file, path, fileId, record.name, record.fullName, ncml, log, options));
     }
     return files;
 }
@@ -133,11 +132,17 @@ std::vector<std::shared_ptr<NetCDFFile>> NetCDFFile::s_Open(const std::filesyste
 NetCDFFile::NetCDFFile(const std::filesystem::path& path, long fileId, const std::string& groupName,
                        const std::string& fullGroupName, IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
                        const OpenOptions& options)
+    : NetCDFFile(nullptr, path, fileId, groupName, fullGroupName, ncml, log, options) {}
+
+NetCDFFile::NetCDFFile(std::shared_ptr<const NcFileHandle> file, const std::filesystem::path& path, long fileId,
+                       const std::string& groupName, const std::string& fullGroupName, IXMLDOMDocument* ncml,
+                       ZorvoDSG::System::ILog& log, const OpenOptions& options)
     : m_globals(this, fullGroupName, Variable::kGlobalsId, "<globals>"),
       m_path(path),
       m_groupName(groupName),
       m_fullGroupName(fullGroupName) {
-    OpenGroup();
+    const ZorvoDSG::System::NcLock lock;
+    OpenGroup(std::move(file));
     LoadGlobalAttributes();
     LoadVariables(log, m_groupId);
     CheckCreateAssumedGeographicSR(log);
@@ -149,30 +154,35 @@ NetCDFFile::NetCDFFile(const std::filesystem::path& path, long fileId, const std
 
 NetCDFFile::~NetCDFFile() { Disconnect(); }
 
-void NetCDFFile::OpenGroup() {
-    NcFileHandle file = NcFileHandle::s_Open(m_path);
-    int groupId = file.Id();
+void NetCDFFile::OpenGroup(std::shared_ptr<const NcFileHandle> file) {
+    const ZorvoDSG::System::NcLock lock;
+    if (file == nullptr) {
+        file = NcFileHandle::s_Share(m_path);
+    }
+    int groupId = file->Id();
     if (!m_groupName.empty()) {
-        if (const int status = nc_inq_grp_full_ncid(file.Id(), m_fullGroupName.c_str(), &groupId);
+        if (const int status = nc_inq_grp_full_ncid(file->Id(), m_fullGroupName.c_str(), &groupId);
             status != NC_NOERR) {
             throw Exception(status, Utf8ToWide(m_groupName), m_path);
         }
     }
     m_ncFile = std::move(file);
-    m_ncFormat = m_ncFile.Format();
-    m_fileHandle = m_ncFile.Id();
+    m_ncFormat = m_ncFile->Format();
+    m_fileHandle = m_ncFile->Id();
     m_groupId = groupId;
 }
 
 void NetCDFFile::Connect() {
     if (m_groupId < 0) {
-        OpenGroup();
+        OpenGroup(nullptr);
     }
 }
 
+// The handle closes when no other dataset of the file still holds it.
 void NetCDFFile::Disconnect() {
     if (m_groupId != -1) {
-        m_ncFile.Close();
+        const ZorvoDSG::System::NcLock lock;
+        m_ncFile.reset();
         m_groupId = -1;
         m_fileHandle = -1;
     }
@@ -181,6 +191,7 @@ void NetCDFFile::Disconnect() {
 void NetCDFFile::LoadGlobalAttributes() { m_globals.LoadAttributes(m_groupId); }
 
 void NetCDFFile::LoadVariables(ZorvoDSG::System::ILog& /*log*/, int groupId) {
+    const ZorvoDSG::System::NcLock lock;
     int cVariables = 0;
     Check(nc_inq(groupId, nullptr, &cVariables, nullptr, nullptr), L"variables", m_path);
     for (int id = 0; id < cVariables; ++id) {
@@ -191,6 +202,7 @@ void NetCDFFile::LoadVariables(ZorvoDSG::System::ILog& /*log*/, int groupId) {
 void NetCDFFile::BuildMaps() {
     // The dimensions visible in the group: its own first, then each ancestor's, so that a group's own
     // dimension hides an ancestor's of the same name. Ids are the file-wide ones variables refer to.
+    const ZorvoDSG::System::NcLock lock;
     for (int groupId = m_groupId;;) {
         int cDims = 0;
         Check(nc_inq_dimids(groupId, &cDims, nullptr, 0), L"dimensions", m_path);
@@ -244,6 +256,7 @@ ZorvoDSG::Variable& NetCDFFile::GetVariable(long varId) {
 
 size_t NetCDFFile::DimLen(long dimId) const {
     // The group id as it is: a disconnected file gets the library's own status, not "closed file".
+    const ZorvoDSG::System::NcLock lock;
     size_t length = 0;
     Check(nc_inq_dimlen(m_groupId, static_cast<int>(dimId), &length),
           (L"dimension id: " + std::to_wstring(dimId)).c_str(), m_path);

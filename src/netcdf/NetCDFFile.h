@@ -1,7 +1,8 @@
 #pragma once
 // The system's view of one netCDF file, or of one group of a netCDF-4 file: the open handle, every
 // variable with its attributes, the global attributes, the lookup maps and the classified coordinate
-// variables. Always owned by a shared pointer; never copied (a copy would share the netCDF handle).
+// variables. Always owned by a shared pointer; never copied. All datasets of one file share one open
+// netCDF handle, closed when the last of them disconnects or goes.
 
 #include <filesystem>
 #include <map>
@@ -32,8 +33,14 @@ public:
                                                            ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
                                                            const OpenOptions& options = OpenOptions());
 
+    // Opens the file (or shares the process's open handle of it) and loads one group.
     NetCDFFile(const std::filesystem::path& path, long fileId, const std::string& groupName,
                const std::string& fullGroupName, ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
+               const OpenOptions& options = OpenOptions());
+    // Loads one group of a file already open as `file` (of `path`), sharing that handle.
+    NetCDFFile(std::shared_ptr<const NcFileHandle> file, const std::filesystem::path& path, long fileId,
+               const std::string& groupName, const std::string& fullGroupName,
+               ZorvoDSG::Host::IXMLDOMDocument* ncml, ZorvoDSG::System::ILog& log,
                const OpenOptions& options = OpenOptions());
     NetCDFFile(const NetCDFFile&) = delete;
     NetCDFFile& operator=(const NetCDFFile&) = delete;
@@ -68,7 +75,8 @@ public:
     static bool s_IsTidalHeight(const std::string& standardName, ZorvoDSG::SpaceTime::eVerticalDatumModel& model);
 
 private:
-    void OpenGroup();
+    // Finds the group in `file`, or in the process's shared handle of the file when `file` is null.
+    void OpenGroup(std::shared_ptr<const NcFileHandle> file);
     void LoadGlobalAttributes();
     void LoadVariables(ZorvoDSG::System::ILog& log, int groupId);
     void CheckCreateAssumedGeographicSR(ZorvoDSG::System::ILog& log);
@@ -90,7 +98,8 @@ private:
     std::string m_groupName;
     std::string m_fullGroupName;
     int m_ncFormat = 0;
-    NcFileHandle m_ncFile;  // owns the handle that ICFMetadata's file handle and group id refer to
+    // The handle that ICFMetadata's file handle and group id refer to; null while disconnected.
+    std::shared_ptr<const NcFileHandle> m_ncFile;
 };
 
 }  // namespace ZorvoNetCDFDSG

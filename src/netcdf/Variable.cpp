@@ -12,6 +12,7 @@
 #include <zorvodsg/netcdf/detail/NcAttribute.h>
 #include <zorvodsg/values/NcTypeDispatch.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcLock.h>
 #include <zorvodsg/values/detail/Rescale.h>
 
 using ZorvoDSG::Host::Utf8ToWide;
@@ -25,6 +26,26 @@ namespace {
 constexpr const char* kScaleFactor = "scale_factor";
 constexpr const char* kAddOffset = "add_offset";
 constexpr const char* kFillValue = "_FillValue";
+// Not a fill value here (that is _FillValue's alone), but amending it re-reads packing and fill.
+constexpr const char* kMissingValue = "missing_value";
+
+// The netCDF type of an attribute value as the file would store it (text as NC_CHAR).
+int NcTypeOfValue(const NcVariant& value) {
+    switch (value.index()) {
+        case System::eNcUByte: return NC_UBYTE;
+        case System::eNcByte: return NC_BYTE;
+        case System::eNcShort: return NC_SHORT;
+        case System::eNcInt: return NC_INT;
+        case System::eNcUInt: return NC_UINT;
+        case System::eNcInt64: return NC_INT64;
+        case System::eNcUInt64: return NC_UINT64;
+        case System::eNcFloat: return NC_FLOAT;
+        case System::eNcDouble: return NC_DOUBLE;
+        case System::eNcString: return NC_CHAR;
+        case System::eNcArray: return std::get<System::NcVariantArray>(value).ElementType();
+        default: return NC_NAT;
+    }
+}
 
 [[noreturn]] void ThrowInvalidType() { throw std::runtime_error("invalid type for variable"); }
 [[noreturn]] void ThrowInvalidUnpackedType() { throw std::runtime_error("invalid unpacked type for variable"); }
@@ -55,6 +76,7 @@ Variable::Variable(ICFMetadata* file, const std::string& fullGroupName, long id,
 
 Variable::Variable(ICFMetadata* file, const std::string& fullGroupName, long groupId, long varId)
     : m_fullGroupName(fullGroupName), m_file(file != nullptr ? file->m_self : nullptr), m_id(varId) {
+    const System::NcLock lock;
     const int gid = static_cast<int>(groupId);
     const int vid = static_cast<int>(varId);
     char name[NC_MAX_NAME + 1] = {};
@@ -85,7 +107,7 @@ Variable::Variable(ICFMetadata* file, const std::string& fullGroupName, long gro
         m_dimNames.emplace_back(dimName);
     }
     LoadAttributes(gid);
-    LoadPacking(gid);
+    DeterminePacking();
     ClassifyString();
     DetermineFillValue();
 }
@@ -138,6 +160,7 @@ bool Variable::HasDim(long dimId) const { return std::find(m_dimIds.begin(), m_d
 void Variable::LoadAttributes(int groupId) {
     const int varId = m_id == kGlobalsId ? NC_GLOBAL : static_cast<int>(m_id);
     const std::filesystem::path path = PathOf(CFMetadata());
+    const System::NcLock lock;
     int gid = groupId;
     for (;;) {
         int cAttributes = 0;
@@ -151,7 +174,7 @@ void Variable::LoadAttributes(int groupId) {
             }
             // A group's own global attribute hides the same name in its ancestors.
             if (!m_attributes.contains(name)) {
-                m_attributes.insert(name, ZorvoNetCDFDSG::detail::ReadNcAttribute(gid, varId, name, m_name, path));
+                m_attributes.insert({name, ZorvoNetCDFDSG::detail::ReadNcAttribute(gid, varId, name, m_name, path)});
             }
         }
         int parent = -1;
@@ -162,26 +185,35 @@ void Variable::LoadAttributes(int groupId) {
     }
 }
 
-void Variable::LoadPacking(int groupId) {
+// From the attributes as they are now, so that NcML amendments count like the file's own values.
+// The unpacked type is the netCDF type of scale_factor, else of add_offset, as the file stores it.
+void Variable::DeterminePacking() {
     const NcVariant* scale = m_attributes.get(kScaleFactor);
     const NcVariant* offset = m_attributes.get(kAddOffset);
-    m_bPacked = scale != nullptr || offset != nullptr;
-    m_scaleFactor = static_cast<unsigned char>(1);
-    m_addOffset = static_cast<unsigned char>(0);
-    nc_type packingType = NC_NAT;
-    if (nc_inq_atttype(groupId, static_cast<int>(m_id), scale != nullptr ? kScaleFactor : kAddOffset, &packingType) ==
-        NC_NOERR) {
-        m_unpackedType = packingType;
+    const bool bPacked = scale != nullptr || offset != nullptr;
+    const int unpackedType = bPacked ? NcTypeOfValue(scale != nullptr ? *scale : *offset) : 0;
+    NcVariant scaleFactor = scale != nullptr ? *scale : NcVariant(static_cast<unsigned char>(1));
+    NcVariant addOffset = offset != nullptr ? *offset : NcVariant(static_cast<unsigned char>(0));
+    if (bPacked) {
+        System::s_ChangeType(scaleFactor, unpackedType);
+        System::s_ChangeType(addOffset, unpackedType);
     }
-    if (scale != nullptr) {
-        m_scaleFactor = *scale;
+    m_bPacked = bPacked;
+    m_unpackedType = unpackedType;
+    m_scaleFactor = std::move(scaleFactor);
+    m_addOffset = std::move(addOffset);
+}
+
+void Variable::AttributeChanged(const std::string& name) {
+    // Only a variable of the file, loaded or created by NcML, has packing and a fill value.
+    if (m_id < 0 || (name != kFillValue && name != kScaleFactor && name != kAddOffset && name != kMissingValue)) {
+        return;
     }
-    if (offset != nullptr) {
-        m_addOffset = *offset;
-    }
-    if (m_bPacked) {
-        System::s_ChangeType(m_scaleFactor, m_unpackedType);
-        System::s_ChangeType(m_addOffset, m_unpackedType);
+    DeterminePacking();
+    if (m_type != 0 || m_attributes.contains(kFillValue)) {
+        DetermineFillValue();
+    } else {
+        m_fillValue = NcVariant();  // no data in the file: no default fill either
     }
 }
 
@@ -215,10 +247,18 @@ std::vector<std::string> Variable::ArrayAttributeValue(const std::string& name) 
 }
 
 bool Variable::SetAttributeValue(const std::string& name, const NcVariant& value) {
-    return m_attributes.insert_or_assign(name, value);
+    const bool bAdded = m_attributes.insert_or_assign(name, value).second;
+    AttributeChanged(name);
+    return bAdded;
 }
 
-bool Variable::TryRemoveAttribute(const std::string& name) { return m_attributes.erase(name); }
+bool Variable::TryRemoveAttribute(const std::string& name) {
+    if (m_attributes.erase(name) == 0) {
+        return false;
+    }
+    AttributeChanged(name);
+    return true;
+}
 
 namespace {
 std::string TextOf(const Variable::AttributeMap& attributes, const char* name) {
@@ -330,6 +370,7 @@ void Variable::DetermineFillValue() {
     }
     // Ask the library only when the file itself declares no _FillValue (NcML may have removed it):
     // nc_inq_var_fill would otherwise copy a declared value of any type and length into the buffer.
+    const System::NcLock lock;
     int groupId = -1;
     if (const ICFMetadata* file = CFMetadata(); file != nullptr && m_id >= 0) {
         try {

@@ -74,7 +74,8 @@ public:
     System::NcVariant TryAttributeValue(const std::string& name) const;
     const AttributeMap& Attributes() const { return m_attributes; }
     std::vector<std::string> ArrayAttributeValue(const std::string& name) const;
-    // Replaces an existing value (false) or adds the attribute (true).
+    // Replaces an existing value (false) or adds the attribute (true). Amending _FillValue,
+    // scale_factor or add_offset (as NcML does) changes the fill value and the packing with it.
     bool SetAttributeValue(const std::string& name, const System::NcVariant& value);
     bool TryRemoveAttribute(const std::string& name);
 
@@ -112,8 +113,10 @@ private:
     StringLayout CurrentStringLayout() const;
 
     void LoadAttributes(int groupId);
-    void LoadPacking(int groupId);
+    void DeterminePacking();
     void DetermineFillValue();
+    // Packing and fill value follow amendments of _FillValue, scale_factor, add_offset, missing_value.
+    void AttributeChanged(const std::string& name);
 
     std::string m_name;
     std::string m_fullGroupName;

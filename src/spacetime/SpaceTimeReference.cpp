@@ -1,5 +1,6 @@
 #include <zorvodsg/spacetime/SpaceTimeReference.h>
 
+#include <locale>
 #include <sstream>
 #include <stdexcept>
 #include <variant>
@@ -66,6 +67,7 @@ std::pair<long, std::string> SpaceTimeReference::ID(std::string token) const {
     }
     token[colon] = ' ';
     std::istringstream stream(token);
+    stream.imbue(std::locale::classic());  // not the host's global C++ locale
     std::string authority;
     long code = 0;
     stream >> authority >> code;  // a failed read leaves 0

@@ -1,7 +1,5 @@
 #include <zorvodsg/spacetime/TimeUnits.h>
 
-#include <locale.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -10,6 +8,8 @@
 
 #include <zorvodsg/host/SystemTime.h>
 #include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/spacetime/detail/CNumericLocale.h>
+#include <zorvodsg/values/Ascii.h>
 #include <zorvodsg/values/Exception.h>
 
 using ZorvoDSG::Host::FILETIME;
@@ -21,37 +21,8 @@ namespace ZorvoDSG::SpaceTime {
 
 namespace {
 
-// CF texts always write a decimal point, so the scan runs in the "C" locale on the calling thread
-// whatever locale the host has chosen.
-class CScanLocale {
-public:
-    CScanLocale() {
-        static const locale_t s_cLocale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
-        if (s_cLocale != static_cast<locale_t>(nullptr)) {
-            m_previous = uselocale(s_cLocale);
-        }
-    }
-    ~CScanLocale() {
-        if (m_previous != static_cast<locale_t>(nullptr)) {
-            uselocale(m_previous);
-        }
-    }
-    CScanLocale(const CScanLocale&) = delete;
-    CScanLocale& operator=(const CScanLocale&) = delete;
-
-private:
-    locale_t m_previous = static_cast<locale_t>(nullptr);
-};
-
-char AsciiLower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-std::string AsciiLower(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower) {
-        c = AsciiLower(c);
-    }
-    return lower;
-}
+using detail::CNumericLocale;
+using System::AsciiLower;
 
 // Out-of-range values become 0xFFFF, which no calendar field accepts.
 uint16_t ToCalendarField(double value) {
@@ -66,7 +37,7 @@ double ZoneOffsetSeconds(const std::string& zone) {
     short minutes = 0;
     int cFields = 0;
     {
-        CScanLocale cLocale;
+        CNumericLocale cLocale;
         cFields = std::sscanf(zone.c_str(), "%hd : %hd", &hours, &minutes);
     }
     if (cFields != 2 || minutes < 0) {
@@ -234,7 +205,7 @@ TimeReference ParseTimeUnits(const std::string& units) {
     ScannedUnits scanned;
     int cFields = 0;
     {
-        CScanLocale cLocale;
+        CNumericLocale cLocale;
         cFields = std::sscanf(units.c_str(), "%1023s since %hu - %hu - %hu %hu : %hu : %lf %1023s", word,
                               &scanned.year, &scanned.month, &scanned.day, &scanned.hour, &scanned.minute,
                               &scanned.seconds, zone);
@@ -252,7 +223,7 @@ TimeReference ParseIsoTimeUnits(const std::string& units) {
     std::string zone;
     bool bScanned = false;
     {
-        CScanLocale cLocale;
+        CNumericLocale cLocale;
         bScanned = ScanIsoFields(units.c_str(), scanned, zone);
     }
     if (!bScanned) {

@@ -1,9 +1,8 @@
 #include <zorvodsg/spacetime/UnitSystem.h>
 
-#include <locale.h>
-
 #include <atomic>
 
+#include <zorvodsg/spacetime/detail/CNumericLocale.h>
 #include <zorvodsg/spacetime/detail/UDUnits.h>
 #include <zorvodsg/values/Exception.h>
 
@@ -17,37 +16,7 @@ std::atomic<ut_system*> s_pUnitSystem{nullptr};  // never freed: units may outli
 // leaves the next caller free to try again.
 std::mutex s_initMutex;
 
-// Switches the calling thread (only) to the "C" numeric conventions while it lives, so that the
-// database's decimal points parse whatever locale the host runs in.
-class CNumericLocale {
-public:
-    CNumericLocale() {
-        locale_t current = duplocale(uselocale(static_cast<locale_t>(nullptr)));
-        if (current == static_cast<locale_t>(nullptr)) {
-            return;
-        }
-        m_locale = newlocale(LC_NUMERIC_MASK, "C", current);
-        if (m_locale == static_cast<locale_t>(nullptr)) {
-            freelocale(current);
-            return;
-        }
-        m_previous = uselocale(m_locale);
-    }
-    ~CNumericLocale() {
-        if (m_locale != static_cast<locale_t>(nullptr)) {
-            uselocale(m_previous);
-            freelocale(m_locale);
-        }
-    }
-    CNumericLocale(const CNumericLocale&) = delete;
-    CNumericLocale& operator=(const CNumericLocale&) = delete;
-
-    bool bActive() const { return m_locale != static_cast<locale_t>(nullptr); }
-
-private:
-    locale_t m_locale = static_cast<locale_t>(nullptr);
-    locale_t m_previous = static_cast<locale_t>(nullptr);
-};
+using SpaceTime::detail::CNumericLocale;
 
 [[noreturn]] void ThrowInitFailure(const std::filesystem::path& path) {
     throw Exception(eInternalError, L"udunits initialization failure", path);
@@ -104,23 +73,24 @@ void ConverterDeleter::operator()(cv_converter* c) const {
     cv_free(c);
 }
 
-UnitPtr WrapUnit(ut_unit* u) {
+Unit WrapUnit(ut_unit* u) {
     if (u == nullptr) {
         return {};
     }
-    return UnitPtr(u, [](ut_unit* p) {
+    return UnitAccess::Make(std::shared_ptr<ut_unit>(u, [](ut_unit* p) {
         std::lock_guard lock(UnitMutex());
         ut_free(p);
-    });
+    }));
 }
 
-UnitPtr UnitByName(const char* name) {
+Unit UnitByName(const char* name) {
     ut_system* system = UnitSystem();
-    return system != nullptr ? WrapUnit(ut_get_unit_by_name(system, name)) : UnitPtr{};
+    return system != nullptr ? WrapUnit(ut_get_unit_by_name(system, name)) : Unit{};
 }
 
 bool FormatUnit(const ut_unit* u, unsigned opts, std::string& text) {
     char buffer[1024];
+    const CNumericLocale cLocale;  // scale factors print with a point
     const int length = ut_format(u, buffer, sizeof buffer, opts);
     if (length < 0 || static_cast<size_t>(length) >= sizeof buffer) {
         return false;
@@ -134,13 +104,13 @@ bool FormatUnit(const ut_unit* u, unsigned opts, std::string& text) {
 namespace {
 
 // Whether `u` converts to `reference`; the lock must be held.
-bool Convertible(const UnitPtr& u, const UnitPtr& reference) {
-    return u && ut_are_convertible(u.get(), reference.get()) > 0;
+bool Convertible(const Unit& u, const Unit& reference) {
+    return u && ut_are_convertible(detail::Raw(u), detail::Raw(reference)) > 0;
 }
 
 }  // namespace
 
-UnitPtr ParseUnit(const std::string& units) {
+Unit ParseUnit(const std::string& units) {
     std::lock_guard lock(detail::UnitMutex());
     ut_system* system = detail::UnitSystem();
     if (system == nullptr) {
@@ -150,34 +120,33 @@ UnitPtr ParseUnit(const std::string& units) {
     // the buffer but returns a pointer offset by the leading white space ("  dbar" gives "ar").
     constexpr const char* kSpace = " \t\n\v\f\r";
     const size_t first = units.find_first_not_of(kSpace);
-    if (first == std::string::npos) {
-        return detail::WrapUnit(ut_parse(system, "", UT_UTF8));
-    }
-    const std::string text = units.substr(first, units.find_last_not_of(kSpace) - first + 1);
+    const std::string text =
+        first == std::string::npos ? std::string() : units.substr(first, units.find_last_not_of(kSpace) - first + 1);
+    const CNumericLocale cLocale;  // "0.5 m" has a decimal point whatever the host's locale
     return detail::WrapUnit(ut_parse(system, text.c_str(), UT_UTF8));
 }
 
-bool IsPressureUnit(const UnitPtr& u) {
+bool IsPressureUnit(const Unit& u) {
     std::lock_guard lock(detail::UnitMutex());
-    const UnitPtr pascal = detail::UnitByName("pascal");
+    const Unit pascal = detail::UnitByName("pascal");
     if (!pascal) {
         throw Exception(eInternalError, L"cannot get base pressure unit", {});
     }
     return Convertible(u, pascal);
 }
 
-bool IsLengthUnit(const UnitPtr& u) {
+bool IsLengthUnit(const Unit& u) {
     std::lock_guard lock(detail::UnitMutex());
-    const UnitPtr meter = detail::UnitByName("meter");
+    const Unit meter = detail::UnitByName("meter");
     if (!meter) {
         throw Exception(eInternalError, L"cannot get base length unit", {});
     }
     return Convertible(u, meter);
 }
 
-bool IsTimeUnit(const UnitPtr& u) {
+bool IsTimeUnit(const Unit& u) {
     std::lock_guard lock(detail::UnitMutex());
-    const UnitPtr reference = ParseUnit("days since 1900-01-01");
+    const Unit reference = ParseUnit("days since 1900-01-01");
     if (!reference) {
         throw Exception(eInternalError, L"cannot get base time reference", {});
     }

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include <zorvodsg/host/Utf8.h>
+#include <zorvodsg/values/NcLock.h>
 
 using ZorvoDSG::Host::BString;
 using ZorvoDSG::Host::ResourceModuleHandle;
@@ -86,7 +87,12 @@ Exception::~Exception() = default;
 
 BString Exception::s_NcErrToWString(long code) {
     if (code > kFirstOwnCode) {
-        return BString(Utf8ToWide(nc_strerror(static_cast<int>(code))));
+        std::string text;
+        {
+            const System::NcLock lock;  // copied under the lock: the text may live in a shared buffer
+            text = nc_strerror(static_cast<int>(code));
+        }
+        return BString(Utf8ToWide(text));
     }
     return BString(ErrorResourceId(code), ResourceModuleHandle());
 }

@@ -1,6 +1,6 @@
 #include <zorvodsg/values/NcVariant.h>
 
-#include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -17,23 +17,37 @@ namespace {
 
 [[noreturn]] void ThrowInternal(const wchar_t* detail) { throw Exception(eInternalError, detail, {}); }
 
-// std::stod's rules (leading blanks skipped, longest valid prefix) with the texts callers expect;
-// libstdc++'s own std::stod says only "stod".
+// std::stod's rules (leading blanks skipped, an optional sign, decimal or 0x hexadecimal digits,
+// inf and nan, the longest valid prefix taken) with the texts callers expect, but always with a
+// decimal point: strtod would follow the host's locale and read "2.5" as 2 under a comma locale.
 double ParseDouble(const std::string& text) {
-    const char* begin = text.c_str();
-    char* end = nullptr;
-    const int savedErrno = errno;
-    errno = 0;
-    const double value = std::strtod(begin, &end);
-    const bool bRange = errno == ERANGE;
-    errno = savedErrno;
-    if (end == begin) {
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    while (p != end && (*p == ' ' || (*p >= '\t' && *p <= '\r'))) {
+        ++p;
+    }
+    bool bNegative = false;
+    if (p != end && (*p == '+' || *p == '-')) {
+        bNegative = *p == '-';
+        ++p;
+    }
+    double value = 0.0;
+    std::from_chars_result result{p, std::errc::invalid_argument};
+    if (p != end && *p != '+' && *p != '-') {  // from_chars itself would take a second minus sign
+        if (end - p > 2 && p[0] == '0' && (p[1] == 'x' || p[1] == 'X')) {
+            result = std::from_chars(p + 2, end, value, std::chars_format::hex);
+        }
+        if (result.ec == std::errc::invalid_argument) {  // not hexadecimal after all: "0x" reads as 0
+            result = std::from_chars(p, end, value, std::chars_format::general);
+        }
+    }
+    if (result.ec == std::errc::invalid_argument) {
         throw std::invalid_argument("invalid stod argument");
     }
-    if (bRange) {
+    if (result.ec == std::errc::result_out_of_range) {
         throw std::out_of_range("stod argument out of range");
     }
-    return value;
+    return bNegative ? -value : value;
 }
 
 // Truncation toward zero through a 64-bit integer; values outside its range (and NaN) take the

@@ -127,6 +127,34 @@ TEST(NetCDFFileTest, DisconnectKeepsMetadataAndConnectReopens) {
     EXPECT_EQ(file->DimLen(1), 2u);
 }
 
+// netCDF-C must not have a netCDF-4 file open twice: HDF5 shares the file between the two opens and
+// closing one breaks the other. Every dataset of the file in the process shares one handle.
+TEST(NetCDFFileTest, TheSameFileOpenedTwiceSharesOneHandle) {
+    auto first = Open(DataPath("ncfile_groups.nc"));
+    auto second = Open(DataPath("ncfile_groups.nc"));
+    ASSERT_EQ(first.size(), 4u);
+    ASSERT_EQ(second.size(), 4u);
+    EXPECT_EQ(first.back()->NcID(), second.back()->NcID());
+    first.clear();  // closes nothing: the second still holds the handle
+    auto third = Open(DataPath("ncfile_groups.nc"));  // reads through the same handle
+    ASSERT_EQ(third.size(), 4u);
+    EXPECT_EQ(third.at(0)->GetVariable("other").Type(), NC_INT);
+
+    NetCDFFile& obs = *second.at(2);
+    ASSERT_EQ(obs.FullGroupName(), "/obs/");
+    ZorvoDSG::Variable obsVar = obs.GetVariable("obs_var");
+    obsVar.SetAttributeValue("scale_factor", 2.0f);  // asks the file for the default fill value again
+    EXPECT_EQ(std::get<float>(obsVar.FillValue()), NC_FILL_FLOAT);
+    EXPECT_EQ(obs.DimLen(obs.Name2Dim().at("n")), 4u);
+    obs.Disconnect();
+    obs.Connect();  // the others still hold the handle: shares it again
+    EXPECT_EQ(obs.DimLen(obs.Name2Dim().at("m")), 3u);
+    second.clear();
+    EXPECT_EQ(third.at(2)->DimLen(third.at(2)->Name2Dim().at("m")), 3u);
+    third.clear();
+    EXPECT_EQ(Open(DataPath("ncfile_groups.nc")).size(), 4u);  // opened afresh after all let go
+}
+
 TEST(NetCDFFileTest, GroupsDepthFirstRootLast) {
     const std::filesystem::path path = DataPath("ncfile_groups.nc");
     const auto files = Open(path);
@@ -172,6 +200,8 @@ TEST(NetCDFFileTest, NcMLRemovesGroupsAndTheirSubgroups) {
     }
     const auto all = NcML("<netcdf><remove type='group' name='/'/><remove type='variable' name='x'/></netcdf>");
     EXPECT_TRUE(Open(DataPath("ncfile_groups.nc"), all.get()).empty());
+    const auto emptyName = NcML("<netcdf><remove type='group' name=''/></netcdf>");  // like "/"
+    EXPECT_TRUE(Open(DataPath("ncfile_groups.nc"), emptyName.get()).empty());
     // Without groups the removals are not consulted.
     EXPECT_EQ(Open(DataPath("ncfile_x_nc4.nc"), all.get()).size(), 1u);
 

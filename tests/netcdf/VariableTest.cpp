@@ -184,6 +184,55 @@ TEST_F(VariableTest, TextAccessors) {
     EXPECT_EQ(sal.FileId(), 7);
 }
 
+// A user correcting a file's fill value or packing with NcML: the amended attributes are the
+// variable's fill value and packing, as if the file held them.
+TEST(VariableNcMLTest, AmendedFillValueAndPackingTakeEffect) {
+    const auto ncml = NcML(R"(<netcdf xmlns="http://www.unidata.ucar.edu/namespaces/netcdf/ncml-2.2">
+        <variable name="temp">
+          <attribute name="_FillValue" type="short" value="-999"/>
+          <attribute name="scale_factor" type="float" value="0.25"/>
+        </variable>
+        <variable name="sal">
+          <attribute name="scale_factor" type="double" value="2"/>
+          <attribute name="add_offset" type="double" value="1"/>
+        </variable>
+        <variable name="plain"><remove type="attribute" name="_FillValue"/></variable>
+        <variable name="depth"><remove type="attribute" name="add_offset"/></variable>
+        <variable name="added"><attribute name="_FillValue" type="int" value="5"/></variable>
+      </netcdf>)");
+    ASSERT_TRUE(ncml);
+    const auto files = Open(DataPath("ncfile_x.nc"), ncml.get());
+    ASSERT_EQ(files.size(), 1u);
+    const ZorvoNetCDFDSG::NetCDFFile& file = *files.front();
+    const auto var = [&](const std::string& name) -> const Variable& {
+        return file.Variables().at(file.Name2Var().at(name));
+    };
+
+    const Variable& temp = var("temp");
+    EXPECT_EQ(std::get<short>(temp.FillValue()), -999);
+    EXPECT_TRUE(temp.IsPacked());
+    EXPECT_EQ(temp.UnpackedType(), NC_FLOAT);
+    EXPECT_EQ(temp.UnpackInfo(), (std::pair<double, double>{0.25, 0.0}));
+    NcVariantArray values(NC_SHORT, temp.FillValue(), 2, 1);
+    values.SetSize(2);
+    values.Data<short>()[0] = 8;
+    values.Data<short>()[1] = -999;
+    temp.Unpack(values);
+    EXPECT_FLOAT_EQ(std::get<float>(values[0]), 2.0f);
+    EXPECT_EQ(values[1].index(), ZorvoDSG::System::eNcEmpty);  // the amended fill value stays missing
+
+    const Variable& sal = var("sal");  // float, packed only by the amendment
+    EXPECT_TRUE(sal.IsPacked());
+    EXPECT_EQ(sal.UnpackedType(), NC_DOUBLE);
+    EXPECT_DOUBLE_EQ(std::get<double>(sal.Unpack(NcVariant{2.0f})), 5.0);
+    EXPECT_EQ(std::get<float>(sal.FillValue()), NC_FILL_FLOAT);
+
+    EXPECT_EQ(std::get<int32_t>(var("plain").FillValue()), NC_FILL_INT);  // the library's default again
+    EXPECT_FALSE(var("depth").IsPacked());
+    EXPECT_DOUBLE_EQ(var("depth").Unpack(1.5), 1.5);
+    EXPECT_EQ(std::get<int32_t>(var("added").FillValue()), 5);
+}
+
 TEST(VariableLifetimeTest, CopyOutlivesItsFile) {
     auto file = OpenOne("ncfile_x.nc");  // file id 7
     ASSERT_TRUE(file);

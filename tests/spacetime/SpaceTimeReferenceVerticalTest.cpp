@@ -42,7 +42,7 @@ TEST(SpaceTimeReference, FlagsAndCopies) {
     EXPECT_EQ(log.cMessages(), 0);
 
     const TimeReference days = ParseTimeUnits("days since 1970-01-01");
-    const SpaceTimeReference full("crs"s, Attrs({{"epsg_code", "EPSG:4326"s}}), "dbar", false, eVerticalDatumGeoid,
+    const SpaceTimeReference full("crs"s, AttributeMap({{"epsg_code", "EPSG:4326"s}}), "dbar", false, eVerticalDatumGeoid,
                                   days, log);
     SpaceTimeReference copy = full;
     EXPECT_EQ(copy.GridMappingName(), "crs");
@@ -85,59 +85,59 @@ TEST(VerticalCRS, TidalDatumsAreFixedTexts) {
     for (const auto& [model, text] : expected) {
         EXPECT_EQ(Str({}, "m", model).VWKT(), text) << model;
         // Nothing else is consulted, not even a broken WKT.
-        EXPECT_EQ(Str(Attrs({{"crs_wkt", "garbage"s}, {"geoid_name", "Atlantis"s}}), "m", model).VWKT(), text);
+        EXPECT_EQ(Str(AttributeMap({{"crs_wkt", "garbage"s}, {"geoid_name", "Atlantis"s}}), "m", model).VWKT(), text);
     }
 }
 
 TEST(VerticalCRS, CompoundMustAgreeWithTheImpliedDatum) {
-    const std::string vertical = Str(Attrs({{"crs_wkt", kCompound}}), "m", eVerticalDatumGeoid).VWKT();
+    const std::string vertical = Str(AttributeMap({{"crs_wkt", kCompound}}), "m", eVerticalDatumGeoid).VWKT();
     EXPECT_EQ(VerticalName(vertical), "EGM96 height");
     EXPECT_EQ(vertical.rfind("VERTCRS[", 0), 0u);
     for (const eVerticalDatumModel model : {eVerticalDatumUnspecified, eVerticalDatumEllipsoid}) {
-        ExpectException([&] { Str(Attrs({{"crs_wkt", kCompound}}), "m", model).VWKT(); }, eVerticalDatumModelMismatch,
+        ExpectException([&] { Str(AttributeMap({{"crs_wkt", kCompound}}), "m", model).VWKT(); }, eVerticalDatumModelMismatch,
                         vertical);
     }
     // A vertical CRS alone is taken whatever the datum model.
     for (const eVerticalDatumModel model : {eVerticalDatumUnspecified, eVerticalDatumEllipsoid, eVerticalDatumGeoid}) {
-        EXPECT_EQ(VerticalName(Str(Attrs({{"spatial_ref", kVertical}}), "m", model).VWKT()), "EGM96 height");
+        EXPECT_EQ(VerticalName(Str(AttributeMap({{"spatial_ref", kVertical}}), "m", model).VWKT()), "EGM96 height");
     }
     // The horizontal side of the same attribute.
-    EXPECT_EQ(Geographic(Str(Attrs({{"crs_wkt", kCompound}})).WKT()).name, "WGS 84");
+    EXPECT_EQ(Geographic(Str(AttributeMap({{"crs_wkt", kCompound}})).WKT()).name, "WGS 84");
 }
 
 TEST(VerticalCRS, LastWktAttributeDecides) {
     // The compound's vertical part is replaced by the horizontal attribute's empty result, and then
     // the geoid name decides.
-    const std::string fromGeoid = Str(Attrs({{"zorvo_gk_string", kCompound}, {"crs_wkt", kHorizontal},
+    const std::string fromGeoid = Str(AttributeMap({{"zorvo_gk_string", kCompound}, {"crs_wkt", kHorizontal},
                                              {"geoid_name", "EGM96 geoid"s}}),
                                       "m", eVerticalDatumGeoid)
                                       .VWKT();
     EXPECT_EQ(VerticalName(fromGeoid), "EGM96 geoid_VCS");
-    EXPECT_EQ(Str(Attrs({{"zorvo_gk_string", kCompound}, {"crs_wkt", kHorizontal}}), "m", eVerticalDatumGeoid).VWKT(),
+    EXPECT_EQ(Str(AttributeMap({{"zorvo_gk_string", kCompound}, {"crs_wkt", kHorizontal}}), "m", eVerticalDatumGeoid).VWKT(),
               "");
-    EXPECT_EQ(VerticalName(Str(Attrs({{"zorvo_gk_string", kHorizontal}, {"spatial_ref", kVertical}})).VWKT()),
+    EXPECT_EQ(VerticalName(Str(AttributeMap({{"zorvo_gk_string", kHorizontal}, {"spatial_ref", kVertical}})).VWKT()),
               "EGM96 height");
     // Every present attribute is parsed, even one that a later one would override.
-    EXPECT_THROW(Str(Attrs({{"zorvo_gk_string", "VERT_CS["s}, {"spatial_ref", kVertical}})).VWKT(), Exception);
-    ExpectBadWkt([] { Str(Attrs({{"crs_wkt", kHorizontal}, {"spatial_ref", "nonsense"s}})).VWKT(); }, "nonsense");
+    EXPECT_THROW(Str(AttributeMap({{"zorvo_gk_string", "VERT_CS["s}, {"spatial_ref", kVertical}})).VWKT(), Exception);
+    ExpectBadWkt([] { Str(AttributeMap({{"crs_wkt", kHorizontal}, {"spatial_ref", "nonsense"s}})).VWKT(); }, "nonsense");
 }
 
 TEST(VerticalCRS, NamedGeoidOrGeopotentialDatum) {
     EXPECT_EQ(Str({}).VWKT(), "");
-    EXPECT_EQ(Str(Attrs({{"geoid_name", ""s}})).VWKT(), "");
-    const std::string navd = Str(Attrs({{"geopotential_datum_name", "NAVD88"s}})).VWKT();
+    EXPECT_EQ(Str(AttributeMap({{"geoid_name", ""s}})).VWKT(), "");
+    const std::string navd = Str(AttributeMap({{"geopotential_datum_name", "NAVD88"s}})).VWKT();
     EXPECT_EQ(VerticalName(navd), "North American Vertical Datum 1988_VCS");
     // geoid_name is preferred.
-    EXPECT_EQ(VerticalName(Str(Attrs({{"geopotential_datum_name", "Atlantis"s}, {"geoid_name", "EGM96 geoid"s}})).VWKT()),
+    EXPECT_EQ(VerticalName(Str(AttributeMap({{"geopotential_datum_name", "Atlantis"s}, {"geoid_name", "EGM96 geoid"s}})).VWKT()),
               "EGM96 geoid_VCS");
     // A compound CRS by name is returned whole.
-    const std::string compound = Str(Attrs({{"geoid_name", "WGS 84 + EGM96 height"s}})).VWKT();
+    const std::string compound = Str(AttributeMap({{"geoid_name", "WGS 84 + EGM96 height"s}})).VWKT();
     EXPECT_EQ(compound.rfind("COMPOUNDCRS[", 0), 0u) << compound;
 
-    ExpectException([] { Str(Attrs({{"geoid_name", "Atlantis"s}})).VWKT(); }, eBadVerticalDatumName, "Atlantis");
-    ExpectException([] { Str(Attrs({{"geoid_name", "EGM96 height"s}})).VWKT(); }, eWKTNotVertical, "EGM96 height");
-    EXPECT_THROW(Str(Attrs({{"geoid_name", 5.0}})).VWKT(), std::bad_variant_access);
-    EXPECT_THROW(Str(Attrs({{"crs_wkt", int32_t{1}}})).VWKT(), std::bad_variant_access);
+    ExpectException([] { Str(AttributeMap({{"geoid_name", "Atlantis"s}})).VWKT(); }, eBadVerticalDatumName, "Atlantis");
+    ExpectException([] { Str(AttributeMap({{"geoid_name", "EGM96 height"s}})).VWKT(); }, eWKTNotVertical, "EGM96 height");
+    EXPECT_THROW(Str(AttributeMap({{"geoid_name", 5.0}})).VWKT(), std::bad_variant_access);
+    EXPECT_THROW(Str(AttributeMap({{"crs_wkt", int32_t{1}}})).VWKT(), std::bad_variant_access);
 }
 
 }  // namespace

@@ -22,14 +22,6 @@ using ZorvoDSG::System::NcVariant;
 using ZorvoDSG::SpaceTime::SpaceTimeReference;
 using namespace std::string_literals;
 
-inline AttributeMap Attrs(std::initializer_list<std::pair<std::string, NcVariant>> items) {
-    AttributeMap map;
-    for (const auto& [name, value] : items) {
-        map.insert(name, value);
-    }
-    return map;
-}
-
 inline SpaceTimeReference Str(const AttributeMap& properties, const std::string& zUnits = "",
                               ZorvoDSG::SpaceTime::eVerticalDatumModel model =
                                   ZorvoDSG::SpaceTime::eVerticalDatumUnspecified,

@@ -57,6 +57,26 @@ TEST(InspectInput, RefusedFilesAreReportedAndTheOthersStillRead) {
     EXPECT_EQ(Text((*FindFile(document, "zz_good.nc"))["status"]), "read");
     EXPECT_EQ(document["summary"]["refused"].GetUint64(), 4u);
     EXPECT_EQ(document["summary"]["read"].GetUint64(), 1u);
+
+    // Each refusal is on stderr too, as "zdsg: PATH: reason".
+    for (const char* name : {"text.nc", "truncated.nc", "truncated_nc4.nc", "missing.nc"}) {
+        const auto* file = FindFile(document, name);
+        const std::string line = "zdsg: " + Text((*file)["path"]) + ": " + Text((*file)["error"]) + "\n";
+        EXPECT_NE(run.err.find(line), std::string::npos) << name << "\n" << run.err;
+    }
+    EXPECT_EQ(run.err.find("zz_good.nc"), std::string::npos) << run.err;
+}
+
+TEST(InspectInput, WriteErrorsFailTheRun) {
+    if (!fs::exists("/dev/full")) {
+        GTEST_SKIP() << "no /dev/full";
+    }
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"inspect", "--json", ZDSG_EXAMPLES_DIR}, {"inspect", ZDSG_EXAMPLES_DIR}}) {
+        const ToolRun run = RunTool(arguments, {}, {}, "/dev/full");
+        EXPECT_EQ(run.exitStatus, 1);
+        EXPECT_NE(run.err.find("zdsg: cannot write the report"), std::string::npos) << run.err;
+    }
 }
 
 TEST(InspectInput, TextReportShowsRefusalsWithoutColourWhenPiped) {

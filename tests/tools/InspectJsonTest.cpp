@@ -227,6 +227,28 @@ TEST(InspectJsonNcML, AmendmentsAreVisibleAndLogged) {
     EXPECT_TRUE(mappings[0]["wkt"].IsString()) << Text(mappings[0]["wktError"]);
 }
 
+TEST(InspectJsonNcML, AmendedFillValueAndScaleAreReported) {
+    const auto dir = ScratchDirectory("amended_fill");
+    WriteFile(dir / "fix.ncml", R"(<netcdf xmlns="http://www.unidata.ucar.edu/namespaces/netcdf/ncml-2.2">
+        <variable name="sst">
+          <attribute name="_FillValue" type="short" value="-1"/>
+          <attribute name="scale_factor" type="float" value="0.5"/>
+        </variable>
+      </netcdf>)");
+    const ToolRun run = RunTool({"inspect", "--json", "--ncml", (dir / "fix.ncml").string(),
+                                 ExamplePath("point_observations.nc").string()});
+    ASSERT_EQ(run.exitStatus, 0) << run.err;
+    rapidjson::Document document;
+    ASSERT_TRUE(ParseJson(run, document));
+    const auto* dataset = FindDataset(document, "point_observations");
+    ASSERT_NE(dataset, nullptr);
+    const auto* sst = FindVariable(*dataset, "sst");
+    ASSERT_NE(sst, nullptr);
+    EXPECT_EQ((*sst)["fillValue"].GetInt(), -1);
+    EXPECT_EQ((*sst)["packing"]["scale"].GetDouble(), 0.5);
+    EXPECT_DOUBLE_EQ((*sst)["packing"]["offset"].GetDouble(), 273.15);
+}
+
 TEST(InspectJsonOddValues, NaNControlCharactersAndBrokenCrsStayValid) {
     const ToolRun run = RunTool({"inspect", "--json", ZDSG_TOOL_TEST_DATA_DIR "/odd_values.nc"});
     ASSERT_EQ(run.exitStatus, 0) << run.err;
@@ -260,6 +282,19 @@ TEST(InspectJsonOddValues, NaNControlCharactersAndBrokenCrsStayValid) {
     EXPECT_EQ(message["code"].GetInt(), 11);
     EXPECT_EQ(Text(message["name"]), "unparseable units");
     EXPECT_EQ(Text(message["text"]), "not a unit ((");
+}
+
+// zdsg runs in the user's locale; a decimal comma there changes no number in either report.
+TEST(InspectLocale, CommaLocaleChangesNoNumber) {
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"inspect", "--json", ZDSG_EXAMPLES_DIR}, {"inspect", ZDSG_EXAMPLES_DIR}}) {
+        const ToolRun plain = RunTool(arguments, {"LC_ALL=C"});
+        const ToolRun comma = RunTool(arguments, {"LC_ALL=de_DE.UTF-8"});
+        ASSERT_EQ(plain.exitStatus, 0) << plain.err;
+        ASSERT_EQ(comma.exitStatus, 0) << comma.err;
+        EXPECT_EQ(comma.out, plain.out);
+        EXPECT_NE(comma.out.find("0.01"), std::string::npos);  // sst's scale_factor
+    }
 }
 
 }  // namespace

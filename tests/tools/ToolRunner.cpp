@@ -77,7 +77,7 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
 }  // namespace
 
 ToolRun RunTool(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
-                const std::vector<std::string>& unset) {
+                const std::vector<std::string>& unset, const std::string& stdoutPath) {
     ToolRun run;
     Pipe out;
     Pipe err;
@@ -88,7 +88,12 @@ ToolRun RunTool(const std::vector<std::string>& arguments, const std::vector<std
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, out.fd[1], STDOUT_FILENO);
+    if (stdoutPath.empty()) {
+        posix_spawn_file_actions_adddup2(&actions, out.fd[1], STDOUT_FILENO);
+    } else {
+        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, stdoutPath.c_str(), O_WRONLY, 0);
+        posix_spawn_file_actions_addclose(&actions, out.fd[1]);
+    }
     posix_spawn_file_actions_adddup2(&actions, err.fd[1], STDERR_FILENO);
     posix_spawn_file_actions_addclose(&actions, out.fd[0]);
     posix_spawn_file_actions_addclose(&actions, err.fd[0]);

@@ -16,9 +16,10 @@ struct ToolRun {
 };
 
 // Runs zdsg with `arguments`; `environment` entries ("NAME=value") are added to (or replace) the
-// test's own environment, and names listed in `unset` are removed from it.
+// test's own environment, and names listed in `unset` are removed from it. With `stdoutPath`, stdout
+// goes to that file (e.g. /dev/full) instead of being captured.
 ToolRun RunTool(const std::vector<std::string>& arguments, const std::vector<std::string>& environment = {},
-                const std::vector<std::string>& unset = {});
+                const std::vector<std::string>& unset = {}, const std::string& stdoutPath = {});
 
 std::filesystem::path ExamplePath(const std::string& name);
 

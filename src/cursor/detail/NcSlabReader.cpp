@@ -7,6 +7,7 @@
 
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcLock.h>
 
 namespace ZorvoNetCDFDSG {
 
@@ -42,6 +43,7 @@ void NcSlabReader::Read(const ZorvoDSG::Variable& variable, std::span<const size
     if (!bFits || start.size() != count.size() || type == NC_USHORT) {
         throw Exception(ZorvoDSG::eInternalError, L"NcSlabReader::Read", m_path);
     }
+    const ZorvoDSG::System::NcLock lock;
     if (type == NC_STRING) {
         ReadStrings(variable, start, count, cElements, values);
     } else if (cElements > 0) {
@@ -78,6 +80,7 @@ void NcSlabReader::ReadDoubles(const ZorvoDSG::Variable& variable, std::span<con
     if (SlabElements(count) == 0) {
         return;
     }
+    const ZorvoDSG::System::NcLock lock;
     Check(nc_get_vara_double(m_ncId, static_cast<int>(variable.Id()), start.data(), count.data(), out), variable);
 }
 

@@ -3,6 +3,7 @@
 #include <netcdf.h>
 
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcLock.h>
 
 namespace ZorvoNetCDFDSG {
 
@@ -13,6 +14,7 @@ NetCDFOrthoMDTrajectoryCursor::NetCDFOrthoMDTrajectoryCursor(
     std::shared_ptr<ZorvoDSG::BasicTrajectoryFeatureClass> trajectoryClass, const ZorvoDSG::SpatialFilter& filter)
     : NetCDFTrajectoryCursorImpl(std::move(trajectoryClass), filter) {
     size_t length = 0;
+    const ZorvoDSG::System::NcLock lock;
     const int status = nc_inq_dimlen(m_ncId, static_cast<int>(m_trajectoryClass->idObservationDim()), &length);
     if (status != NC_NOERR) {
         throw ZorvoDSG::Exception(status, L"failure reading ortho-md vertex count", m_reader.Path());

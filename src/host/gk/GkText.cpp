@@ -1,6 +1,6 @@
 // WKT in and out, names and error texts.
 
-#include <cstdio>
+#include <charconv>
 #include <string>
 
 #include <zorvodsg/host/gk/Gk.h>
@@ -13,11 +13,11 @@ using namespace gk_detail;
 
 namespace {
 
-// 15 significant digits, as PROJ prints unit factors.
+// 15 significant digits, as PROJ prints unit factors, with a decimal point whatever the host's locale.
 std::string Number(double value) {
     char text[32];
-    int const n = std::snprintf(text, sizeof text, "%.15g", value);
-    return std::string(text, n > 0 ? static_cast<std::size_t>(n) : 0u);
+    auto const result = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 15);
+    return std::string(text, result.ec == std::errc() ? result.ptr : text);
 }
 
 // PROJ's own quoting: a double quote inside a WKT string is doubled.

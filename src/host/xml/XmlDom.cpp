@@ -37,7 +37,9 @@ struct ParseState {
 };
 thread_local ParseState* t_state = nullptr;
 
-void Refuse(void* ctx) {
+// The hooks below are called from inside libxml2: nothing may unwind through its C frames, so each
+// catches everything (a reason that cannot be stored for lack of memory stays empty).
+void Refuse(void* ctx) noexcept {
     auto* ctxt = static_cast<xmlParserCtxt*>(ctx);
     if (t_state != nullptr && !t_state->refused) {
         t_state->refused = true;
@@ -46,7 +48,10 @@ void Refuse(void* ctx) {
             t_state->first.line = ctxt->input->line;
             t_state->first.linepos = ctxt->input->col;
         }
-        t_state->first.reason = L"entity declarations are not allowed";
+        try {
+            t_state->first.reason = L"entity declarations are not allowed";
+        } catch (...) {
+        }
     }
     if (ctxt != nullptr)
         xmlStopParser(ctxt);
@@ -55,8 +60,10 @@ void Refuse(void* ctx) {
 // Any entity declaration stops the parse before the entity could be expanded or resolved: NcML has
 // no use for entities, and refusing them outright defeats both external-entity reads and
 // expansion bombs without relying on expansion limits.
-void RefuseEntityDecl(void* ctx, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) { Refuse(ctx); }
-void RefuseUnparsedEntityDecl(void* ctx, const xmlChar*, const xmlChar*, const xmlChar*, const xmlChar*) {
+void RefuseEntityDecl(void* ctx, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) noexcept {
+    Refuse(ctx);
+}
+void RefuseUnparsedEntityDecl(void* ctx, const xmlChar*, const xmlChar*, const xmlChar*, const xmlChar*) noexcept {
     Refuse(ctx);
 }
 
@@ -86,11 +93,16 @@ XmlParseError ToParseError(const xmlError& error) {
 
 // libxml2 goes on after the first error and its context keeps only the last one; the first is the
 // one that explains the failure.
-void RecordFirstError(void* /*userData*/, xmlError* error) {
+void RecordFirstError(void* /*userData*/, xmlError* error) noexcept {
     if (t_state == nullptr || error == nullptr || t_state->failed || t_state->refused || error->level < XML_ERR_ERROR)
         return;
     t_state->failed = true;
-    t_state->first = ToParseError(*error);
+    try {
+        t_state->first = ToParseError(*error);
+    } catch (...) {
+        t_state->first.line = error->line;
+        t_state->first.linepos = error->int2;
+    }
 }
 
 // Elements of the NcML namespace become namespace-less, so that XPath selections written without

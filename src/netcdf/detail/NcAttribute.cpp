@@ -12,6 +12,7 @@
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/NcTypeDispatch.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/NcLock.h>
 
 using ZorvoDSG::Host::Utf8ToWide;
 
@@ -112,6 +113,7 @@ NcVariant ReadStrings(const AttributeRead& read, size_t length) {
 
 NcVariant ReadNcAttribute(int groupId, int varId, const char* name, const std::string& owner,
                           const std::filesystem::path& path) {
+    const ZorvoDSG::System::NcLock lock;
     const AttributeRead read{groupId, varId, name, owner, path};
     nc_type type = NC_NAT;
     size_t length = 0;

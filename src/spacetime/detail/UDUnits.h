@@ -23,11 +23,18 @@ struct ConverterDeleter {
 };
 using ConverterPtr = std::unique_ptr<cv_converter, ConverterDeleter>;
 
+// The library's own way into a Unit.
+struct UnitAccess {
+    static ut_unit* Get(const Unit& unit) noexcept { return unit.m_unit.get(); }
+    static Unit Make(std::shared_ptr<ut_unit> unit) { return Unit(std::move(unit)); }
+};
+inline ut_unit* Raw(const Unit& unit) noexcept { return UnitAccess::Get(unit); }
+
 // Owns a unit returned by UDUNITS-2; empty for null.
-UnitPtr WrapUnit(ut_unit* u);
+Unit WrapUnit(ut_unit* u);
 
 // A unit of the database by name, or empty. Call with UnitMutex held.
-UnitPtr UnitByName(const char* name);
+Unit UnitByName(const char* name);
 
 // Formats `u` with the given ut_format options into `text`; false when it cannot be formatted or does not fit
 // in 1024 bytes. Call with UnitMutex held.

@@ -32,16 +32,21 @@ std::string ProjContext::TakeLog() {
     return log;
 }
 
-void ProjContext::Log(void* self, int /*level*/, char const* message) {
-    auto* context = static_cast<ProjContext*>(self);
-    if (context == nullptr || message == nullptr || context->m_log.size() >= kMaxLog) {
-        return;
+// Called from inside PROJ: nothing may unwind through its C frames, so a text that cannot be kept
+// (out of memory) is dropped.
+void ProjContext::Log(void* self, int /*level*/, char const* message) noexcept {
+    try {
+        auto* context = static_cast<ProjContext*>(self);
+        if (context == nullptr || message == nullptr || context->m_log.size() >= kMaxLog) {
+            return;
+        }
+        if (!context->m_log.empty()) {
+            context->m_log += "; ";
+        }
+        context->m_log.append(message, std::min(std::char_traits<char>::length(message),
+                                                kMaxLog - context->m_log.size()));
+    } catch (...) {
     }
-    if (!context->m_log.empty()) {
-        context->m_log += "; ";
-    }
-    context->m_log.append(message, std::min(std::char_traits<char>::length(message),
-                                            kMaxLog - context->m_log.size()));
 }
 
 }  // namespace ZorvoDSG::Host::gk_detail

@@ -25,7 +25,7 @@ public:
     std::string TakeLog();
 
 private:
-    static void Log(void* self, int level, char const* message);
+    static void Log(void* self, int level, char const* message) noexcept;
 
     PJ_CONTEXT* m_ctx;
     std::string m_log;

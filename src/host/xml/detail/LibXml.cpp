@@ -8,7 +8,7 @@ namespace ZorvoDSG::Host::XmlDetail {
 
 namespace {
 
-void IgnoreGenericError(void* /*ctx*/, const char* /*msg*/, ...) {}
+void IgnoreGenericError(void* /*ctx*/, const char* /*msg*/, ...) noexcept {}
 
 void SilenceThisThread() {
     xmlSetGenericErrorFunc(nullptr, IgnoreGenericError);
@@ -17,7 +17,7 @@ void SilenceThisThread() {
 
 }  // namespace
 
-void IgnoreStructuredError(void* /*userData*/, xmlError* /*error*/) {}
+void IgnoreStructuredError(void* /*userData*/, xmlError* /*error*/) noexcept {}
 
 void EnsureLibXml() {
     static std::once_flag once;

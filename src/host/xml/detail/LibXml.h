@@ -36,6 +36,6 @@ using XmlCharPtr = std::unique_ptr<xmlChar, XmlCharDeleter>;
 void EnsureLibXml();
 
 // A structured error handler that drops everything; errors are read back from the contexts.
-void IgnoreStructuredError(void* userData, xmlError* error);
+void IgnoreStructuredError(void* userData, xmlError* error) noexcept;
 
 }  // namespace ZorvoDSG::Host::XmlDetail
