@@ -8,6 +8,8 @@
 #include <ostream>
 #include <variant>
 
+#include <zorvodsg/json/ValidUtf8.h>
+
 #include "Names.h"
 
 namespace zdsg {
@@ -26,7 +28,7 @@ namespace {
 
 // netCDF names and texts are bytes as the file holds them; the document must stay valid UTF-8.
 void String(Writer& w, const std::string& text) {
-    const std::string valid = ValidUtf8(text);
+    const std::string valid = ZorvoDSG::ValidUtf8(text);
     w.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
 }
 

@@ -182,8 +182,6 @@ std::string ValueText(const ZorvoDSG::System::NcVariant& value) {
         value);
 }
 
-std::string ValidUtf8(const std::string& text) { return WideToUtf8(Utf8ToWide(text)); }
-
 std::string Printable(const std::string& text) {
     const std::wstring wide = Utf8ToWide(text);
     std::wstring safe;

@@ -31,8 +31,6 @@ std::string ValueText(const ZorvoDSG::System::NcVariant& value);
 
 // Text made safe to print: invalid UTF-8 replaced, control characters escaped.
 std::string Printable(const std::string& text);
-// Text made valid UTF-8 (invalid sequences become U+FFFD).
-std::string ValidUtf8(const std::string& text);
 
 // The text of the exception being handled; call only inside a catch block.
 std::string CurrentExceptionText();
