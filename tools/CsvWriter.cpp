@@ -29,7 +29,7 @@ CsvWriter::CsvWriter(OutputFile& out, bool bNativeCrs) : m_out(out), m_bNativeCr
 
 void CsvWriter::Text(std::string_view text) {
     std::string copy;
-    const std::string_view valid = bAscii(text) ? text : (copy = ValidUtf8(text));
+    const std::string_view valid = ZorvoDSG::bValidUtf8(text) ? text : (copy = ValidUtf8(text));
     if (valid.find_first_of(",\"\r\n") == std::string_view::npos) {
         m_out.Write(valid);
         return;

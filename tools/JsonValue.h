@@ -24,7 +24,7 @@ enum class eNonFinite {
 
 template <class Writer>
 void WriteJsonString(Writer& w, std::string_view text) {
-    if (bAscii(text)) {
+    if (ZorvoDSG::bValidUtf8(text)) {
         w.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
         return;
     }

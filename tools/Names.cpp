@@ -216,20 +216,6 @@ std::string ValueText(const ZorvoDSG::System::NcVariant& value) {
         value);
 }
 
-bool bAscii(std::string_view text) {
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) >= 0x80) {
-            return false;
-        }
-    }
-    return true;
-}
-
-std::string ValidUtf8(std::string_view text) {
-    // Most texts are ASCII; only the others take the round trip through the decoder.
-    return bAscii(text) ? std::string(text) : WideToUtf8(Utf8ToWide(text));
-}
-
 std::string Printable(const std::string& text) {
     const std::wstring wide = Utf8ToWide(text);
     std::wstring safe;

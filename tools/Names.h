@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include <zorvodsg/json/ValidUtf8.h>
 #include <zorvodsg/spacetime/CoordinateRoles.h>
 #include <zorvodsg/spacetime/eTimeUnit.h>
 #include <zorvodsg/values/NcVariant.h>
@@ -45,10 +46,8 @@ std::string ValueText(const ZorvoDSG::System::NcVariant& value);
 
 // Text made safe to print: invalid UTF-8 replaced, control characters escaped.
 std::string Printable(const std::string& text);
-// Text made valid UTF-8 (invalid sequences become U+FFFD).
-std::string ValidUtf8(std::string_view text);
-// Whether the text is plain ASCII, and so valid UTF-8 as it is (writers skip ValidUtf8's copy).
-bool bAscii(std::string_view text);
+// Text made valid UTF-8 (invalid sequences become U+FFFD): the library's one helper.
+using ZorvoDSG::ValidUtf8;
 
 // The text of the exception being handled; call only inside a catch block. A library Exception reads
 // as a sentence: the text of its code, then its detail and its file when they are not empty; the file

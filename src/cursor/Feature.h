@@ -8,6 +8,8 @@
 #include <vector>
 
 #include <zorvodsg/host/Wks.h>
+#include <zorvodsg/json/JSONObjectKeys.h>
+#include <zorvodsg/json/ZorvoJSONWriter.h>
 #include <zorvodsg/netcdf/Variable.h>
 #include <zorvodsg/values/NcVariant.h>
 
@@ -22,6 +24,15 @@ public:
     virtual bool bEmpty() const = 0;
     virtual Host::WKSEnvelopeZ Extent() const = 0;
     virtual bool bDisjoint(const Host::WKSEnvelopeZ& envelope) const = 0;
+    // The ZorvoJSON feature object {"geometry": ..., "attributes": {...}}. The attributes are one
+    // member per variable of `instanceVariables` (the list the feature was read with), keyed by its
+    // Name() and valued by the instance value of the same index; a name given again is skipped, and a
+    // variable past the feature's values is null.
+    virtual void ToZorvoJSON(const std::vector<Variable>& instanceVariables, ZorvoJSONWriter& writer) const = 0;
+    // The same with the attribute keys of that list made once (s_AttributeKeys), for writing many
+    // features read with one list.
+    virtual void ToZorvoJSON(const JSONObjectKeys& attributeKeys, ZorvoJSONWriter& writer) const = 0;
+    static JSONObjectKeys s_AttributeKeys(const std::vector<Variable>& instanceVariables);
 
     System::NcVariant OID() const { return m_oid; }
     void SetOID(const System::NcVariant& oid) { m_oid = oid; }
@@ -40,6 +51,9 @@ protected:
         : m_instanceValues(instanceVariables.size()) {}
     Feature(const Feature&) = default;
     Feature& operator=(const Feature&) = default;
+
+    // The "attributes" member of the feature object.
+    void AttributesToZorvoJSON(const JSONObjectKeys& attributeKeys, ZorvoJSONWriter& writer) const;
 
 private:
     uint64_t m_instanceId = 0;

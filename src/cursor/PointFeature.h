@@ -23,6 +23,8 @@ public:
     bool bEmpty() const override { return m_point.IsEmpty(); }
     Host::WKSEnvelopeZ Extent() const override { return Host::WKSEnvelopeZ(m_point); }
     bool bDisjoint(const Host::WKSEnvelopeZ& envelope) const override { return !envelope.Contains(m_point); }
+    void ToZorvoJSON(const std::vector<Variable>& instanceVariables, ZorvoJSONWriter& writer) const override;
+    void ToZorvoJSON(const JSONObjectKeys& attributeKeys, ZorvoJSONWriter& writer) const override;
 
 private:
     Host::WKSPointZ m_point;

@@ -29,6 +29,8 @@ public:
     bool bEmpty() const override { return m_geometry->count == 0; }
     Host::WKSEnvelopeZ Extent() const override { return m_geometry->Extent(); }
     bool bDisjoint(const Host::WKSEnvelopeZ& envelope) const override { return Extent().Disjoint(envelope); }
+    void ToZorvoJSON(const std::vector<Variable>& instanceVariables, ZorvoJSONWriter& writer) const override;
+    void ToZorvoJSON(const JSONObjectKeys& attributeKeys, ZorvoJSONWriter& writer) const override;
 
     SpaceTime::WKSProfile& wksProfile() { return *m_geometry; }
     const SpaceTime::WKSProfile& wksProfile() const { return *m_geometry; }

@@ -30,6 +30,8 @@ public:
     Host::WKSEnvelopeZ Extent() const override { return m_geometry->envelope; }
     SpaceTime::WKSEnvelopeT TimeExtent() const { return m_geometry->TimeExtent(); }
     bool bDisjoint(const Host::WKSEnvelopeZ& envelope) const override { return m_geometry->envelope.Disjoint(envelope); }
+    void ToZorvoJSON(const std::vector<Variable>& instanceVariables, ZorvoJSONWriter& writer) const override;
+    void ToZorvoJSON(const JSONObjectKeys& attributeKeys, ZorvoJSONWriter& writer) const override;
 
     SpaceTime::WKSTrajectory& wksTrajectory() { return *m_geometry; }
     const SpaceTime::WKSTrajectory& wksTrajectory() const { return *m_geometry; }

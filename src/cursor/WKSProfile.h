@@ -12,6 +12,7 @@
 
 #include <zorvodsg/cursor/WKSPointXYZT.h>
 #include <zorvodsg/host/Wks.h>
+#include <zorvodsg/json/ZorvoJSONWriter.h>
 
 namespace ZorvoDSG::SpaceTime {
 
@@ -46,6 +47,9 @@ struct WKSProfile {
     // x or y missing makes both NaN; values equal to missing.z become NaN and trailing ones are cut
     // from the count. Pass the missing time in z when the values are times.
     void ConvertMissingToNaN(const WKSPointXYZT& missing);
+    // {"hasZ": true, "hasM": true, "paths": [[[x, y, v, v], ...]]}: one path of `count` vertices,
+    // each value written as z and as m; a missing coordinate is null.
+    void ToZorvoJSON(ZorvoJSONWriter& writer) const;
 };
 
 }  // namespace ZorvoDSG::SpaceTime

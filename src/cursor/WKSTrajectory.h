@@ -11,6 +11,7 @@
 
 #include <zorvodsg/cursor/WKSPointXYZT.h>
 #include <zorvodsg/host/Wks.h>
+#include <zorvodsg/json/ZorvoJSONWriter.h>
 
 namespace ZorvoDSG::SpaceTime {
 
@@ -44,6 +45,10 @@ struct WKSTrajectory {
              const WKSPointXYZT& missing);
     // value = scale * value + offset for the flagged coordinates of the vertices and the envelope.
     void Unpack(const UnpackInfo& info);
+    // {"hasZ": true, "hasM": true, "paths": [[[x, y, z, t], ...]]}: one path of `count` vertices with
+    // the time as m; a missing coordinate (z of a trajectory without z) is null. Without vertices,
+    // "paths" is empty.
+    void ToZorvoJSON(ZorvoJSONWriter& writer) const;
 
 private:
     void Set3D(const double* x, const double* y, const double* z, const double* t, const WKSPointXYZT& missing,

@@ -3,6 +3,7 @@
 #include <variant>
 
 #include <zorvodsg/cursor/detail/NetCDFProfileCursors.h>
+#include <zorvodsg/featureclass/ZorvoJSONFeatureSet.h>
 #include <zorvodsg/values/Exception.h>
 
 namespace ZorvoDSG {
@@ -34,10 +35,7 @@ std::shared_ptr<IFeatureCursor> BasicProfileFeatureClass::Search(const SpatialFi
     }
 }
 
-void BasicProfileFeatureClass::ToZorvoJSON(ZorvoJSONWriter& writer) {
-    writer.StartObject();
-    writer.EndObject();
-}
+void BasicProfileFeatureClass::ToZorvoJSON(ZorvoJSONWriter& writer) { ZorvoJSONFeatureSet::s_Write(*this, writer); }
 
 void BasicProfileFeatureClass::BuildCRASchema() {
     System::ILog& log = SchemaLog();

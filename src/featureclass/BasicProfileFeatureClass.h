@@ -24,7 +24,7 @@ public:
     uint64_t cFeatures() const override;
     std::shared_ptr<IFeatureCursor> Search(const SpatialFilter& filter) override;
     SpatialFilter DefinitionQuery() override { return m_definitionQuery; }
-    // Feature sets are written by the ZorvoJSON writer; a class alone writes an empty object.
+    // The ZorvoJSON feature set of every profile, with every instance variable (ZorvoJSONFeatureSet).
     void ToZorvoJSON(ZorvoJSONWriter& writer) override;
 
     // Ragged layout: the row-count variable of the profile's axis (Z, or T for a time series).

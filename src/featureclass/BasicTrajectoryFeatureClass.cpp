@@ -1,3 +1,4 @@
+#include <zorvodsg/featureclass/ZorvoJSONFeatureSet.h>
 #include <zorvodsg/featureclass/BasicTrajectoryFeatureClass.h>
 
 #include <netcdf.h>
@@ -67,10 +68,7 @@ std::shared_ptr<IFeatureCursor> BasicTrajectoryFeatureClass::Search(const Spatia
     }
 }
 
-void BasicTrajectoryFeatureClass::ToZorvoJSON(ZorvoJSONWriter& writer) {
-    writer.StartObject();
-    writer.EndObject();
-}
+void BasicTrajectoryFeatureClass::ToZorvoJSON(ZorvoJSONWriter& writer) { ZorvoJSONFeatureSet::s_Write(*this, writer); }
 
 void BasicTrajectoryFeatureClass::BuildCRASchema() {
     System::ILog& log = SchemaLog();

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include <zorvodsg/json/ZorvoJSONWriter.h>
 #include <zorvodsg/values/AttributeMap.h>
 #include <zorvodsg/values/NcVariant.h>
 
@@ -91,6 +92,19 @@ public:
     double Unpack(double value) const;
     System::NcVariant Unpack(const System::NcVariant& value) const;
     void Unpack(System::NcVariantArray& values) const;
+
+    // ZorvoJSON field object: {"name", "type"} and, for an array of strings, "length". The type is
+    // that of the values a cursor delivers: "zorvoFieldTypeOID" for a variable with cf_role, a string
+    // type for text of any kind, double for a packed variable whose unpacked type differs from the
+    // stored one. Types a cursor cannot read fail before anything is written: std::runtime_error
+    // "invalid type for variable" (none) or "unreocognised nc field type in ToZorvoJSON" (NC_USHORT,
+    // user-defined types).
+    void ToZorvoJSON(ZorvoJSONWriter& writer) const;
+    // The "type" text of the field object; fails as ToZorvoJSON does.
+    const char* ZorvoJSONFieldType() const;
+    // One value of this variable (the caller writes the key), by the value's own alternative, so that
+    // any value a cursor delivers, empty or unpacked, gives valid JSON (see WriteJSONValue).
+    void ValueToZorvoJSON(const System::NcVariant& value, ZorvoJSONWriter& writer) const;
 
 protected:
     friend class ZorvoNetCDFDSG::NetCDFFile;

@@ -1,0 +1,292 @@
+// Writing ZorvoJSON against the cursor scan alone, each with the search the document is written
+// from (every instance variable, no observation variable).
+//
+// Profiles: a classic file of 20,000 contiguous ragged profiles of 50 levels each (1,000,000
+// observations) and four instance variables; the feature-set document is streamed into a stream
+// that discards it. Points: a classic file of 1,000,000 points with three instance variables; a
+// point class's document is `{}`, so each point's feature object is written instead. The files are
+// written once per run into the temporary directory.
+
+#include <benchmark/benchmark.h>
+#include <netcdf.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <ostream>
+#include <stdexcept>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+#include <zorvodsg/cursor/Feature.h>
+#include <zorvodsg/cursor/IFeatureCursor.h>
+#include <zorvodsg/featureclass/BasicFeatureClass.h>
+#include <zorvodsg/featureclass/ZorvoJSONFeatureSet.h>
+#include <zorvodsg/netcdf/NetCDFFile.h>
+#include <zorvodsg/spacetime/UnitSystem.h>
+#include <zorvodsg/values/NetCDFWorkspaceLog.h>
+
+namespace {
+
+constexpr size_t kProfiles = 20000;
+constexpr size_t kLevels = 50;
+constexpr size_t kNameChars = 16;
+constexpr size_t kPoints = 1000000;
+
+void Check(int status) {
+    if (status != NC_NOERR) {
+        throw std::runtime_error(nc_strerror(status));
+    }
+}
+
+void Text(int ncid, int varId, const char* name, const std::string& value) {
+    Check(nc_put_att_text(ncid, varId, name, value.size(), value.c_str()));
+}
+
+int Define(int ncid, const char* name, nc_type type, std::vector<int> dims) {
+    int varId = -1;
+    Check(nc_def_var(ncid, name, type, static_cast<int>(dims.size()), dims.data(), &varId));
+    return varId;
+}
+
+std::filesystem::path TempPath(const std::string& name) {
+    return std::filesystem::temp_directory_path() / ("zdsg_bench_" + name + "_" + std::to_string(::getpid()) + ".nc");
+}
+
+std::filesystem::path WriteProfileFile() {
+    const std::filesystem::path path = TempPath("profiles");
+    int ncid = -1;
+    Check(nc_create(path.c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &ncid));
+    int profileDim = -1, obsDim = -1, nameDim = -1;
+    Check(nc_def_dim(ncid, "profile", kProfiles, &profileDim));
+    Check(nc_def_dim(ncid, "obs", kProfiles * kLevels, &obsDim));
+    Check(nc_def_dim(ncid, "name_strlen", kNameChars, &nameDim));
+    const int id = Define(ncid, "profile_id", NC_INT, {profileDim});
+    Text(ncid, id, "cf_role", "profile_id");
+    const int time = Define(ncid, "time", NC_DOUBLE, {profileDim});
+    Text(ncid, time, "standard_name", "time");
+    Text(ncid, time, "units", "days since 2000-01-01 00:00:00");
+    const int lat = Define(ncid, "lat", NC_FLOAT, {profileDim});
+    Text(ncid, lat, "standard_name", "latitude");
+    Text(ncid, lat, "units", "degrees_north");
+    const int lon = Define(ncid, "lon", NC_FLOAT, {profileDim});
+    Text(ncid, lon, "standard_name", "longitude");
+    Text(ncid, lon, "units", "degrees_east");
+    const int rowSize = Define(ncid, "row_size", NC_INT, {profileDim});
+    Text(ncid, rowSize, "sample_dimension", "obs");
+    const int cast = Define(ncid, "cast", NC_INT, {profileDim});
+    const int station = Define(ncid, "station", NC_CHAR, {profileDim, nameDim});
+    const int bottom = Define(ncid, "bottom_depth", NC_FLOAT, {profileDim});
+    const int quality = Define(ncid, "quality", NC_BYTE, {profileDim});
+    const int z = Define(ncid, "z", NC_FLOAT, {obsDim});
+    Text(ncid, z, "standard_name", "depth");
+    Text(ncid, z, "units", "m");
+    Text(ncid, z, "positive", "down");
+    const int temp = Define(ncid, "temp", NC_FLOAT, {obsDim});
+    Text(ncid, temp, "units", "degC");
+    Text(ncid, temp, "coordinates", "time lat lon z");
+    Text(ncid, NC_GLOBAL, "featureType", "profile");
+    Check(nc_enddef(ncid));
+
+    std::vector<int> ints(kProfiles);
+    std::vector<double> times(kProfiles);
+    std::vector<float> lats(kProfiles), lons(kProfiles), bottoms(kProfiles);
+    std::vector<signed char> flags(kProfiles);
+    std::vector<char> names(kProfiles * kNameChars, '\0');
+    for (size_t i = 0; i < kProfiles; ++i) {
+        ints[i] = static_cast<int>(i);
+        times[i] = 7000.0 + static_cast<double>(i) / 24.0;
+        lats[i] = -60.0f + static_cast<float>(i % 1200) * 0.1f;
+        lons[i] = -180.0f + static_cast<float>(i % 3600) * 0.1f;
+        bottoms[i] = 1000.0f + static_cast<float>(i % 97) * 3.7f;
+        flags[i] = static_cast<signed char>(i % 4);
+        std::snprintf(&names[i * kNameChars], kNameChars, "station %zu", i % 500);
+    }
+    Check(nc_put_var_int(ncid, id, ints.data()));
+    Check(nc_put_var_int(ncid, cast, ints.data()));
+    Check(nc_put_var_double(ncid, time, times.data()));
+    Check(nc_put_var_float(ncid, lat, lats.data()));
+    Check(nc_put_var_float(ncid, lon, lons.data()));
+    Check(nc_put_var_float(ncid, bottom, bottoms.data()));
+    Check(nc_put_var_schar(ncid, quality, flags.data()));
+    Check(nc_put_var_text(ncid, station, names.data()));
+    std::vector<int> rows(kProfiles, static_cast<int>(kLevels));
+    Check(nc_put_var_int(ncid, rowSize, rows.data()));
+    std::vector<float> depths(kProfiles * kLevels), temps(kProfiles * kLevels);
+    for (size_t i = 0; i < depths.size(); ++i) {
+        depths[i] = static_cast<float>(i % kLevels) * 2.5f + 0.5f;
+        temps[i] = 20.0f - static_cast<float>(i % kLevels) * 0.3f;
+    }
+    Check(nc_put_var_float(ncid, z, depths.data()));
+    Check(nc_put_var_float(ncid, temp, temps.data()));
+    Check(nc_close(ncid));
+    return path;
+}
+
+std::filesystem::path WritePointFile() {
+    const std::filesystem::path path = TempPath("points");
+    int ncid = -1;
+    Check(nc_create(path.c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &ncid));
+    int obsDim = -1, nameDim = -1;
+    Check(nc_def_dim(ncid, "obs", kPoints, &obsDim));
+    Check(nc_def_dim(ncid, "name_strlen", kNameChars, &nameDim));
+    const int time = Define(ncid, "time", NC_DOUBLE, {obsDim});
+    Text(ncid, time, "standard_name", "time");
+    Text(ncid, time, "units", "seconds since 2020-01-01 00:00:00");
+    const int lat = Define(ncid, "lat", NC_FLOAT, {obsDim});
+    Text(ncid, lat, "standard_name", "latitude");
+    Text(ncid, lat, "units", "degrees_north");
+    const int lon = Define(ncid, "lon", NC_FLOAT, {obsDim});
+    Text(ncid, lon, "standard_name", "longitude");
+    Text(ncid, lon, "units", "degrees_east");
+    const int temp = Define(ncid, "temp", NC_FLOAT, {obsDim});
+    Text(ncid, temp, "coordinates", "time lat lon");
+    const int count = Define(ncid, "count", NC_INT, {obsDim});
+    const int platform = Define(ncid, "platform", NC_CHAR, {obsDim, nameDim});
+    Text(ncid, NC_GLOBAL, "featureType", "point");
+    Check(nc_enddef(ncid));
+    std::vector<double> times(kPoints);
+    std::vector<float> lats(kPoints), lons(kPoints), temps(kPoints);
+    std::vector<int> counts(kPoints);
+    std::vector<char> names(kPoints * kNameChars, '\0');
+    for (size_t i = 0; i < kPoints; ++i) {
+        times[i] = static_cast<double>(i) * 60.0;
+        lats[i] = -60.0f + static_cast<float>(i % 1200) * 0.1f;
+        lons[i] = -180.0f + static_cast<float>(i % 3600) * 0.1f;
+        temps[i] = 4.0f + static_cast<float>(i % 250) * 0.1f;
+        counts[i] = static_cast<int>(i % 1000);
+        std::snprintf(&names[i * kNameChars], kNameChars, "buoy %zu", i % 300);
+    }
+    Check(nc_put_var_double(ncid, time, times.data()));
+    Check(nc_put_var_float(ncid, lat, lats.data()));
+    Check(nc_put_var_float(ncid, lon, lons.data()));
+    Check(nc_put_var_float(ncid, temp, temps.data()));
+    Check(nc_put_var_int(ncid, count, counts.data()));
+    Check(nc_put_var_text(ncid, platform, names.data()));
+    Check(nc_close(ncid));
+    return path;
+}
+
+struct BenchClass {
+    explicit BenchClass(std::filesystem::path file) : path(std::move(file)) {
+        if (std::filesystem::exists("/usr/share/xml/udunits/udunits2.xml")) {
+            ZorvoDSG::s_InitUDUnits2("/usr/share/xml/udunits/udunits2.xml");
+        }
+        ZorvoNetCDFDSG::NetCDFWorkspaceLog log;
+        auto files = ZorvoNetCDFDSG::NetCDFFile::s_Open(path, 1, nullptr, log);
+        featureClass = ZorvoDSG::BasicFeatureClass::s_Open(files.back(), ZorvoDSG::eFeatureUnknown, nullptr);
+    }
+    ~BenchClass() {
+        featureClass.reset();
+        std::error_code ignored;
+        std::filesystem::remove(path, ignored);
+    }
+    std::filesystem::path path;
+    std::shared_ptr<ZorvoDSG::BasicFeatureClass> featureClass;
+};
+
+ZorvoDSG::BasicFeatureClass& Profiles() {
+    static const BenchClass s_class(WriteProfileFile());
+    return *s_class.featureClass;
+}
+
+ZorvoDSG::BasicFeatureClass& Points() {
+    static const BenchClass s_class(WritePointFile());
+    return *s_class.featureClass;
+}
+
+// Counts what it is given and keeps nothing.
+class DiscardingBuffer : public std::streambuf {
+public:
+    size_t cBytes = 0;
+
+protected:
+    std::streamsize xsputn(const char*, std::streamsize n) override {
+        cBytes += static_cast<size_t>(n);
+        return n;
+    }
+    int_type overflow(int_type c) override {
+        ++cBytes;
+        return traits_type::not_eof(c);
+    }
+};
+
+int64_t Scan(ZorvoDSG::IFeatureClass& featureClass) {
+    auto cursor = featureClass.Search(ZorvoDSG::ZorvoJSONFeatureSet::s_DefaultFilter(featureClass));
+    auto feature = cursor->CreateEmptyFeature();
+    int64_t cFeatures = 0;
+    while (cursor->QueryNext(feature)) {
+        ++cFeatures;
+    }
+    return cFeatures;
+}
+
+void BM_ProfileCursorScan(benchmark::State& state) {
+    ZorvoDSG::BasicFeatureClass& profiles = Profiles();
+    int64_t cFeatures = 0;
+    for (auto _ : state) {
+        cFeatures += Scan(profiles);
+    }
+    state.SetItemsProcessed(cFeatures);
+}
+
+void BM_ProfileZorvoJSON(benchmark::State& state) {
+    ZorvoDSG::BasicFeatureClass& profiles = Profiles();
+    DiscardingBuffer discard;
+    std::ostream out(&discard);
+    for (auto _ : state) {
+        ZorvoDSG::ZorvoJSONFeatureSet::s_Stream(profiles, out);
+    }
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * kProfiles));
+    state.SetBytesProcessed(static_cast<int64_t>(discard.cBytes));
+}
+
+void BM_PointCursorScan(benchmark::State& state) {
+    ZorvoDSG::BasicFeatureClass& points = Points();
+    int64_t cFeatures = 0;
+    for (auto _ : state) {
+        cFeatures += Scan(points);
+    }
+    state.SetItemsProcessed(cFeatures);
+}
+
+// Each point's feature object, into a buffer emptied as a stream would empty it.
+void BM_PointFeaturesZorvoJSON(benchmark::State& state) {
+    ZorvoDSG::BasicFeatureClass& points = Points();
+    const ZorvoDSG::SpatialFilter filter = ZorvoDSG::ZorvoJSONFeatureSet::s_DefaultFilter(points);
+    std::vector<ZorvoDSG::Variable> variables;
+    for (const std::string& name : filter.InstanceVariables()) {
+        variables.push_back(points.InstanceVariable(name));
+    }
+    const ZorvoDSG::JSONObjectKeys attributeKeys = ZorvoDSG::Feature::s_AttributeKeys(variables);
+    int64_t cFeatures = 0;
+    int64_t cBytes = 0;
+    for (auto _ : state) {
+        ZorvoDSG::ZorvoJSONBuffer buffer;
+        ZorvoDSG::ZorvoJSONWriter writer(buffer);
+        writer.StartArray();
+        auto cursor = points.Search(filter);
+        auto feature = cursor->CreateEmptyFeature();
+        while (cursor->QueryNext(feature)) {
+            feature->ToZorvoJSON(attributeKeys, writer);
+            ++cFeatures;
+            if (buffer.GetSize() >= ZorvoDSG::ZorvoJSONFeatureSet::kStreamChunk) {
+                cBytes += static_cast<int64_t>(buffer.GetSize());
+                buffer.Clear();
+            }
+        }
+        writer.EndArray();
+        cBytes += static_cast<int64_t>(buffer.GetSize());
+    }
+    state.SetItemsProcessed(cFeatures);
+    state.SetBytesProcessed(cBytes);
+}
+
+BENCHMARK(BM_ProfileCursorScan)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ProfileZorvoJSON)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PointCursorScan)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PointFeaturesZorvoJSON)->Unit(benchmark::kMillisecond);
+
+}  // namespace
