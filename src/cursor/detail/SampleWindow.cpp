@@ -54,9 +54,10 @@ void CopySlots(const NcVariantArray& from, uint64_t first, uint64_t n, NcVariant
 
 SampleWindow::SampleWindow(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::Variable& variable, uint64_t blockValues)
     : m_variable(variable),
+      m_fill(TypedFill(variable)),
       m_stringWidth(ObservationStringWidth(variable)),
       m_blockValues(std::max<uint64_t>(blockValues, 1)),
-      m_values(StorageType(variable.Type()), TypedFill(variable), 0, m_stringWidth) {
+      m_values(StorageType(variable.Type()), m_fill, 0, m_stringWidth) {
     const std::vector<long> dims = variable.aidDims();
     if (dims.empty()) {
         m_cElements = 1;  // a scalar: one element of one value
@@ -116,12 +117,13 @@ void SampleWindow::Cover(NcSlabReader& reader, uint64_t first, uint64_t n, bool 
 void SampleWindow::Copy(NcSlabReader& reader, uint64_t first, uint64_t n, NcVariantArray& out) {
     const uint64_t cValues = n * m_valuesPerElement;
     const auto cReserve = static_cast<long>(std::max<uint64_t>(out.Reserved(), cValues));
-    if (out.ElementType() != m_values.ElementType() || out.StringWidth() != static_cast<size_t>(m_stringWidth)) {
-        // Unpacking re-typed the array (or it was made for another shape): start afresh.
-        out = NcVariantArray(m_values.ElementType(), TypedFill(m_variable), cReserve, m_stringWidth);
+    // An array unpacked to a wider type than the variable's is re-typed in place by ReInit, keeping
+    // its storage; one of a narrower type or another string width is made afresh.
+    if (out.ElementType() < m_values.ElementType() || out.StringWidth() != static_cast<size_t>(m_stringWidth)) {
+        out = NcVariantArray(m_values.ElementType(), m_fill, cReserve, m_stringWidth);
     }
     out.SetReserved(cReserve);
-    out.ReInit(static_cast<long>(cValues), m_values.ElementType(), TypedFill(m_variable));
+    out.ReInit(static_cast<long>(cValues), m_values.ElementType(), m_fill);
     if (cValues == 0) {
         return;
     }

@@ -40,6 +40,8 @@ private:
     void Select(uint64_t first, uint64_t n);
 
     ZorvoDSG::Variable m_variable;
+    // The variable's fill as its own type, worked out once: every copied run is initialised with it.
+    ZorvoDSG::System::NcVariant m_fill;
     std::vector<size_t> m_start;
     std::vector<size_t> m_count;
     uint64_t m_cElements = 0;
