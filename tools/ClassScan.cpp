@@ -15,12 +15,14 @@
 #include "FeatureWriter.h"
 #include "LonLatTransform.h"
 #include "Names.h"
+#include "OutputFile.h"
 #include <zorvodsg/cursor/IFeatureCursor.h>
 #include <zorvodsg/cursor/PointFeature.h>
 #include <zorvodsg/cursor/ProfileFeature.h>
 #include <zorvodsg/cursor/TrajectoryFeature.h>
 #include <zorvodsg/cursor/SpatialFilter.h>
 #include <zorvodsg/featureclass/BasicFeatureClass.h>
+#include <zorvodsg/featureclass/ZorvoJSONFeatureSet.h>
 #include <zorvodsg/spacetime/SpaceTimeReference.h>
 
 using ZorvoDSG::Host::WKSEnvelopeZ;
@@ -389,6 +391,29 @@ uint64_t ScanTrajectories(ZorvoDSG::IFeatureCursor& cursor, const std::shared_pt
 }
 
 }  // namespace
+
+void WriteZorvoJSON(ZorvoDSG::BasicFeatureClass& featureClass, const ClassSelection& selection,
+                    const ScanSettings& settings, OutputFile& out) {
+    ZorvoDSG::ZorvoJSONBuffer buffer;
+    ZorvoDSG::ZorvoJSONWriter writer(buffer);
+    const auto flush = [&] {
+        out.Write(std::string_view(buffer.GetString(), buffer.GetSize()));
+        buffer.Clear();
+    };
+    if (featureClass.FeatureType() == ZorvoDSG::eFeaturePoint) {
+        featureClass.ToZorvoJSON(writer);
+    } else {
+        const ClassContext context(featureClass, selection, settings);
+        const ZorvoDSG::SpatialFilter filter(nullptr, ZorvoDSG::SpaceTime::eSpatialRelationUndefined,
+                                             context.SearchEnvelope(), selection.variables, {});
+        ZorvoDSG::ZorvoJSONFeatureSet::s_Write(featureClass, filter, writer, [&] {
+            if (buffer.GetSize() >= ZorvoDSG::ZorvoJSONFeatureSet::kStreamChunk) {
+                flush();
+            }
+        });
+    }
+    flush();
+}
 
 uint64_t ScanClass(ZorvoDSG::BasicFeatureClass& featureClass, const ClassSelection& selection,
                    const ScanSettings& settings, FeatureWriter& writer) {

@@ -31,4 +31,12 @@ struct ScanSettings {
 uint64_t ScanClass(ZorvoDSG::BasicFeatureClass& featureClass, const ClassSelection& selection,
                    const ScanSettings& settings, FeatureWriter& writer);
 
+class OutputFile;
+
+// The class's ZorvoJSON document (a point class's is `{}`) into `out`, streamed in chunks while the
+// cursor reads: the selected instance variables as fields, the box as the search envelope, and
+// coordinates as the file holds them. Throws as ScanClass does.
+void WriteZorvoJSON(ZorvoDSG::BasicFeatureClass& featureClass, const ClassSelection& selection,
+                    const ScanSettings& settings, OutputFile& out);
+
 }  // namespace zdsg

@@ -41,7 +41,11 @@ void Report(const std::string& where, const std::string& text) {
     std::cerr << "zdsg: " << Printable(where) << ": " << Printable(text) << '\n';
 }
 
+// Null for zorvojson, which writes whole class documents rather than features.
 std::unique_ptr<FeatureWriter> MakeWriter(const std::string& format, OutputFile& out, bool bNativeCrs) {
+    if (format == "zorvojson") {
+        return nullptr;
+    }
     if (format == "csv") {
         return std::make_unique<CsvWriter>(out, bNativeCrs);
     }
@@ -70,7 +74,7 @@ CLI::App* AddFeaturesCommand(CLI::App& app, FeaturesOptions& options) {
         ->required();
     features->add_flag("-r,--recursive", options.recursive, "Search directories and their subdirectories");
     features->add_option("--format", options.format, "Output format")
-        ->check(CLI::IsMember({"csv", "geojson", "geojsonseq"}))
+        ->check(CLI::IsMember({"csv", "geojson", "geojsonseq", "zorvojson"}))
         ->capture_default_str();
     features
         ->add_option("--bbox", options.bbox,
@@ -164,7 +168,12 @@ int RunFeatures(const FeaturesOptions& options) {
         const std::unique_ptr<FeatureWriter> writer = MakeWriter(options.format, out, options.nativeCrs);
         // On a terminal the progress line would run through the output itself.
         progress.emplace(plans.size(), bStderrTerminal() && !out.bTerminal());
-        writer->Begin(columns.Columns());
+        if (writer) {
+            writer->Begin(columns.Columns());
+        } else {
+            out.Write("[");  // zorvojson: one array of the classes' documents
+        }
+        bool bFirstDocument = true;
         ScanSettings settings;
         settings.bbox = bbox;
         settings.bNativeCrs = options.nativeCrs;
@@ -186,7 +195,13 @@ int RunFeatures(const FeaturesOptions& options) {
                 const auto at = std::find(plan.datasets.begin(), plan.datasets.end(), openedClass.dataset);
                 const auto& selection = plan.selections[static_cast<size_t>(at - plan.datasets.begin())];
                 try {
-                    ScanClass(*openedClass.featureClass, selection, settings, *writer);
+                    if (writer) {
+                        ScanClass(*openedClass.featureClass, selection, settings, *writer);
+                    } else {
+                        out.Write(bFirstDocument ? "\n" : ",\n");
+                        bFirstDocument = false;
+                        WriteZorvoJSON(*openedClass.featureClass, selection, settings, out);
+                    }
                 } catch (const OutputError&) {
                     throw;
                 } catch (...) {
@@ -198,7 +213,11 @@ int RunFeatures(const FeaturesOptions& options) {
             ++done;
         }
         progress->Clear();
-        writer->End();
+        if (writer) {
+            writer->End();
+        } else {
+            out.Write("\n]\n");
+        }
         out.Close();
     } catch (const OutputError& e) {
         if (progress) {

@@ -383,3 +383,19 @@ TEST(FeaturesTrajectories, OneRowPerVertexAndLineStrings) {
     EXPECT_STREQ(second["properties"]["timeEnd"].GetString(), "2022-03-01T02:30:00Z");
     EXPECT_TRUE(second["properties"]["observations"]["oxygen"][1].IsNull());  // fill value
 }
+
+TEST(FeaturesZorvoJSON, OneDocumentPerClass) {
+    const ToolRun run = Features({"--format", "zorvojson", kPoints, ExamplePath("profile_orthogonal.nc").string(),
+                                  ExamplePath("trajectory_contiguous.nc").string()});
+    ASSERT_EQ(run.exitStatus, 0) << run.err;
+    rapidjson::Document documents;
+    documents.Parse(run.out.c_str());
+    ASSERT_FALSE(documents.HasParseError());
+    ASSERT_TRUE(documents.IsArray());
+    ASSERT_EQ(documents.Size(), 3u);
+    EXPECT_TRUE(documents[0].IsObject() && documents[0].ObjectEmpty());  // a point class writes {}
+    EXPECT_STREQ(documents[1]["objectIdFieldName"].GetString(), "profile_orthogonal_profile");
+    EXPECT_EQ(documents[1]["features"].Size(), 3u);
+    EXPECT_EQ(documents[1]["features"][0]["geometry"]["paths"][0].Size(), 4u);
+    EXPECT_STREQ(documents[2]["geometryType"].GetString(), "zorvoGeometryPolyline");
+}
