@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include <zorvodsg/values/LogCodes.h>
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/netcdf/NetCDFFile.h>
 #include <zorvodsg/spacetime/TimeUnits.h>
@@ -23,8 +24,6 @@ using namespace ZorvoDSG::SpaceTime;
 
 namespace {
 
-constexpr long kMessageUnparseableUnits = 11;
-constexpr long kMessageAssumedGeographic = 17;
 
 constexpr const char* kAssumedGeographicName = "zorvo_assumed_geographic";
 
@@ -106,7 +105,7 @@ bool ClassifyByUnits(const Variable& variable, const std::string& standardName, 
     const std::string units = variable.UnitsString();
     const Unit unit = ParseUnit(units);
     if (!unit) {
-        log.AddMessage(kMessageUnparseableUnits, Utf8ToWide(units));
+        log.AddMessage(ZorvoDSG::System::eLogUnparseableUnits, Utf8ToWide(units));
         return false;
     }
     if (IsPressureUnit(unit)) {
@@ -180,7 +179,7 @@ void NetCDFFile::CheckCreateAssumedGeographicSR(ILog& log) {
     for (const long ungriddedId : ungridded) {
         Variable& variable = m_variables.at(ungriddedId);
         variable.SetAttributeValue("grid_mapping", std::string(kAssumedGeographicName));
-        log.AddMessage(kMessageAssumedGeographic, Utf8ToWide(variable.Name()));
+        log.AddMessage(ZorvoDSG::System::eLogAssumedGeographic, Utf8ToWide(variable.Name()));
     }
 }
 

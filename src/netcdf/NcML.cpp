@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include <zorvodsg/values/LogCodes.h>
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/host/xml/XmlDom.h>
 #include <zorvodsg/netcdf/NetCDFFile.h>
@@ -29,10 +30,6 @@ using ZorvoDSG::System::NcVariant;
 
 namespace {
 
-constexpr long kMessageVariableAttributeAdded = 13;
-constexpr long kMessageGlobalAttributeAdded = 14;
-constexpr long kMessageVariableCreated = 15;
-constexpr long kMessageVariableRenamed = 16;
 
 std::string_view TrimBlanks(std::string_view text) {
     constexpr std::string_view kBlanks = " \t\r\n";
@@ -173,7 +170,7 @@ void NetCDFFile::ApplyNcMLToGroup(const IXMLDOMElement& group, ILog& log) {
     for (const IXMLDOMElement& element : group.SelectNodes("attribute")) {
         const NcMLAttribute attribute = ReadAttributeElement(element, L"unnamed variable");
         if (m_globals.SetAttributeValue(WideToUtf8(attribute.name), attribute.value)) {
-            log.AddMessage(kMessageGlobalAttributeAdded, attribute.name);
+            log.AddMessage(ZorvoDSG::System::eLogNcMLGlobalAttributeAdded, attribute.name);
         }
     }
 
@@ -197,14 +194,14 @@ void NetCDFFile::ApplyNcMLToGroup(const IXMLDOMElement& group, ILog& log) {
         Variable* variable = nullptr;
         const auto found = TryGetVariableWhileLoading(lookupNameUtf8);
         if (found == m_variables.end()) {
-            log.AddMessage(kMessageVariableCreated, lookupName);
+            log.AddMessage(ZorvoDSG::System::eLogNcMLVariableCreated, lookupName);
             // Not the variable count: after a removal that id may be taken.
             const long id = NextFreeVariableId();
             variable = &m_variables.emplace(id, Variable(this, m_fullGroupName, id, lookupNameUtf8)).first->second;
         } else {
             variable = &found->second;
             if (orgName) {
-                log.AddMessage(kMessageVariableRenamed, lookupName);
+                log.AddMessage(ZorvoDSG::System::eLogNcMLVariableRenamed, lookupName);
                 variable->SetName(WideToUtf8(*name), m_fullGroupName);
             }
         }
@@ -215,7 +212,7 @@ void NetCDFFile::ApplyNcMLToGroup(const IXMLDOMElement& group, ILog& log) {
         for (const IXMLDOMElement& addition : element.SelectNodes("attribute")) {
             const NcMLAttribute attribute = ReadAttributeElement(addition, *name);
             if (variable->SetAttributeValue(WideToUtf8(attribute.name), attribute.value)) {
-                log.AddMessage(kMessageVariableAttributeAdded, attribute.name);
+                log.AddMessage(ZorvoDSG::System::eLogNcMLVariableAttributeAdded, attribute.name);
             }
         }
     }

@@ -29,6 +29,7 @@ RunSource RunSource::Orthogonal(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::
         source.m_count.push_back(static_cast<size_t>(dataset.DimLen(dim)));
     }
     source.m_cInstances = source.m_count[source.m_instanceAxis];
+    source.m_fill = TypedFill(variable);  // worked out once, not per feature
     return source;
 }
 
@@ -66,10 +67,10 @@ void RunSource::Read(NcSlabReader& reader, uint64_t instance, NcVariantArray& ou
     const long width = ObservationStringWidth(m_variable);
     const size_t cValues = SlabElements(m_count) / static_cast<size_t>(width);
     if (out.ElementType() != m_variable.Type() || out.StringWidth() != static_cast<size_t>(width)) {
-        out = NcVariantArray(m_variable.Type(), TypedFill(m_variable), static_cast<long>(cValues), width);
+        out = NcVariantArray(m_variable.Type(), m_fill, static_cast<long>(cValues), width);
     }
     out.SetReserved(static_cast<long>(cValues));
-    out.ReInit(static_cast<long>(cValues), m_variable.Type(), TypedFill(m_variable));
+    out.ReInit(static_cast<long>(cValues), m_variable.Type(), m_fill);
     reader.Read(m_variable, m_start, m_count, out);
 }
 

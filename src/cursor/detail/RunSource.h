@@ -45,6 +45,7 @@ private:
     std::shared_ptr<const RaggedIndex> m_index;
     size_t m_instanceAxis = 0;
     uint64_t m_cInstances = 0;
+    ZorvoDSG::System::NcVariant m_fill;  // columns: the variable's fill value in its own type
     std::vector<size_t> m_start;
     std::vector<size_t> m_count;
 };
