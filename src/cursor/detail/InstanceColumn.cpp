@@ -3,6 +3,7 @@
 #include <netcdf.h>
 
 #include <algorithm>
+#include <stdexcept>
 
 #include <zorvodsg/cursor/detail/TypedFill.h>
 #include <zorvodsg/values/Exception.h>
@@ -64,7 +65,11 @@ InstanceColumn::InstanceColumn(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::V
       m_window(dataset, variable, idInstanceDim, blockSize),
       m_values(StorageType(variable), ComparedFill(variable, m_window.Shape()), static_cast<long>(m_window.Capacity()),
                static_cast<long>(m_window.Shape().StringWidth())),
-      m_packing(variable) {}
+      m_decoder(m_values, PackedValue(variable)) {}
+
+void InstanceColumn::ThrowBadSlot() {
+    throw std::logic_error("instance outside the loaded block");
+}
 
 void InstanceColumn::SetBlockSize(uint64_t blockSize) {
     m_window.SetBlockSize(blockSize);

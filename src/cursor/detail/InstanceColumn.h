@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <vector>
 
+#include <zorvodsg/cursor/detail/ColumnDecoder.h>
 #include <zorvodsg/cursor/detail/NcSlabReader.h>
 #include <zorvodsg/cursor/detail/PackedValue.h>
 #include <zorvodsg/cursor/detail/SlabShape.h>
@@ -56,14 +57,11 @@ public:
         if (!m_window.bCovers(index)) {
             Load(reader, index);
         }
-        const size_t i = m_window.Slot(index);
-        if (m_packing.bToDouble()) {
-            m_values.Get(i, m_raw);
-            m_packing.UnpackToDouble(m_raw, value);
-        } else {
-            m_values.Get(i, value);
-            m_packing.Unpack(m_variable, value);
+        const size_t slot = m_window.Slot(index);
+        if (slot >= m_values.Size()) {
+            ThrowBadSlot();
         }
+        m_decoder.Decode(m_values, slot, m_variable, value);
     }
     ZorvoDSG::System::NcVariant Value(NcSlabReader& reader, uint64_t index) {
         ZorvoDSG::System::NcVariant value;
@@ -75,13 +73,13 @@ public:
 
 private:
     void Load(NcSlabReader& reader, uint64_t index);
+    [[noreturn]] static void ThrowBadSlot();
 
     ZorvoDSG::Variable m_variable;
     InstanceWindow m_window;
     bool m_bTypeChecked = false;
     ZorvoDSG::System::NcVariantArray m_values;
-    PackedValue m_packing;
-    ZorvoDSG::System::NcVariant m_raw;  // a packed value before unpacking, reused
+    ColumnDecoder m_decoder;
 };
 
 // The same for a coordinate, converted to doubles.

@@ -29,7 +29,8 @@ NetCDFBasicPointFeatureCursor::NetCDFBasicPointFeatureCursor(
       m_pointClass(std::move(pointClass)),
       m_count(m_pointClass->CFMetadata()->DimLen(m_pointClass->idInstanceDim())),
       m_x(*m_pointClass->CFMetadata(), m_xVariable, m_pointClass->idInstanceDim(), m_blockSize),
-      m_y(*m_pointClass->CFMetadata(), m_yVariable, m_pointClass->idInstanceDim(), m_blockSize) {
+      m_y(*m_pointClass->CFMetadata(), m_yVariable, m_pointClass->idInstanceDim(), m_blockSize),
+      m_inEnvelope(m_filter.Envelope()) {
     ZorvoDSG::ICFMetadata& dataset = *m_pointClass->CFMetadata();
     if (m_pointClass->bHasZs()) {
         m_z.emplace(dataset, m_zVariable, m_pointClass->idInstanceDim(), m_blockSize);
@@ -108,7 +109,7 @@ bool NetCDFBasicPointFeatureCursor::QueryNext(std::shared_ptr<ZorvoDSG::Feature>
         ReadPoint(point);
         // For a non-empty envelope, containing the point is the same test as not being disjoint
         // from the point's envelope, without building that envelope for every point.
-        if (!bFilter || m_filter.Envelope().Contains(point.wksPointZ())) {
+        if (!bFilter || m_inEnvelope(point.wksPointZ())) {
             FinishPoint(point);
             return true;
         }

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include <zorvodsg/cursor/detail/NetCDFCursorImpl.h>
+#include <zorvodsg/cursor/detail/PointInEnvelope.h>
 #include <zorvodsg/cursor/PointFeature.h>
 #include <zorvodsg/featureclass/BasicPointFeatureClass.h>
 
@@ -40,6 +41,7 @@ private:
     detail::CoordinateColumn m_y;
     std::optional<detail::CoordinateColumn> m_z;
     std::optional<detail::CoordinateColumn> m_t;
+    detail::PointInEnvelope m_inEnvelope;
 };
 
 }  // namespace ZorvoNetCDFDSG

@@ -17,6 +17,11 @@ public:
 
     // True when values are to be read raw and unpacked with UnpackToDouble.
     bool bToDouble() const { return m_mode == eToDouble; }
+    // False when values stay as they are read.
+    bool bUnpacks() const { return m_mode != eNone; }
+    // The scale and offset of UnpackToDouble.
+    double Scale() const { return m_scale; }
+    double Offset() const { return m_offset; }
 
     // `value` becomes the unpacked `raw` (a number of the variable's type), or empty when `raw` is.
     void UnpackToDouble(const ZorvoDSG::System::NcVariant& raw, ZorvoDSG::System::NcVariant& value) const {
