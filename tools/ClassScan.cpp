@@ -23,6 +23,7 @@
 #include <zorvodsg/cursor/SpatialFilter.h>
 #include <zorvodsg/featureclass/BasicFeatureClass.h>
 #include <zorvodsg/featureclass/ZorvoJSONFeatureSet.h>
+#include <zorvodsg/json/CloseOpenLevels.h>
 #include <zorvodsg/spacetime/SpaceTimeReference.h>
 
 using ZorvoDSG::Host::WKSEnvelopeZ;
@@ -393,24 +394,38 @@ uint64_t ScanTrajectories(ZorvoDSG::IFeatureCursor& cursor, const std::shared_pt
 }  // namespace
 
 void WriteZorvoJSON(ZorvoDSG::BasicFeatureClass& featureClass, const ClassSelection& selection,
-                    const ScanSettings& settings, OutputFile& out) {
+                    const ScanSettings& settings, std::string_view separator, OutputFile& out, bool& bWritten) {
+    bWritten = false;
     ZorvoDSG::ZorvoJSONBuffer buffer;
     ZorvoDSG::ZorvoJSONWriter writer(buffer);
     const auto flush = [&] {
+        if (!bWritten) {
+            out.Write(separator);
+            bWritten = true;
+        }
         out.Write(std::string_view(buffer.GetString(), buffer.GetSize()));
         buffer.Clear();
     };
-    if (featureClass.FeatureType() == ZorvoDSG::eFeaturePoint) {
-        featureClass.ToZorvoJSON(writer);
-    } else {
-        const ClassContext context(featureClass, selection, settings);
-        const ZorvoDSG::SpatialFilter filter(nullptr, ZorvoDSG::SpaceTime::eSpatialRelationUndefined,
-                                             context.SearchEnvelope(), selection.variables, {});
-        ZorvoDSG::ZorvoJSONFeatureSet::s_Write(featureClass, filter, writer, [&] {
-            if (buffer.GetSize() >= ZorvoDSG::ZorvoJSONFeatureSet::kStreamChunk) {
-                flush();
-            }
-        });
+    try {
+        if (featureClass.FeatureType() == ZorvoDSG::eFeaturePoint) {
+            featureClass.ToZorvoJSON(writer);
+        } else {
+            const ClassContext context(featureClass, selection, settings);
+            const ZorvoDSG::SpatialFilter filter(nullptr, ZorvoDSG::SpaceTime::eSpatialRelationUndefined,
+                                                 context.SearchEnvelope(), selection.variables, {});
+            ZorvoDSG::ZorvoJSONFeatureSet::s_Write(featureClass, filter, writer, [&] {
+                if (buffer.GetSize() >= ZorvoDSG::ZorvoJSONFeatureSet::kStreamChunk) {
+                    flush();
+                }
+            });
+        }
+    } catch (...) {
+        // Text already out cannot be taken back: the document is ended where it stopped.
+        if (bWritten) {
+            ZorvoDSG::CloseOpenLevels(writer);
+            flush();
+        }
+        throw;
     }
     flush();
 }

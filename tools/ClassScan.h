@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string_view>
 
 #include "BoundingBox.h"
 #include "ColumnPlan.h"
@@ -35,8 +36,10 @@ class OutputFile;
 
 // The class's ZorvoJSON document (a point class's is `{}`) into `out`, streamed in chunks while the
 // cursor reads: the selected instance variables as fields, the box as the search envelope, and
-// coordinates as the file holds them. Throws as ScanClass does.
+// coordinates as the file holds them. `separator` goes out before the document's first text, and
+// `bWritten` tells whether it did. Throws as ScanClass does; a failure after part of the document went
+// out ends its open arrays and objects first, so the output stays valid JSON.
 void WriteZorvoJSON(ZorvoDSG::BasicFeatureClass& featureClass, const ClassSelection& selection,
-                    const ScanSettings& settings, OutputFile& out);
+                    const ScanSettings& settings, std::string_view separator, OutputFile& out, bool& bWritten);
 
 }  // namespace zdsg

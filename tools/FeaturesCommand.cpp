@@ -198,9 +198,15 @@ int RunFeatures(const FeaturesOptions& options) {
                     if (writer) {
                         ScanClass(*openedClass.featureClass, selection, settings, *writer);
                     } else {
-                        out.Write(bFirstDocument ? "\n" : ",\n");
+                        bool bWritten = false;
+                        try {
+                            WriteZorvoJSON(*openedClass.featureClass, selection, settings,
+                                           bFirstDocument ? "\n" : ",\n", out, bWritten);
+                        } catch (...) {
+                            bFirstDocument = bFirstDocument && !bWritten;
+                            throw;
+                        }
                         bFirstDocument = false;
-                        WriteZorvoJSON(*openedClass.featureClass, selection, settings, out);
                     }
                 } catch (const OutputError&) {
                     throw;

@@ -399,3 +399,15 @@ TEST(FeaturesZorvoJSON, OneDocumentPerClass) {
     EXPECT_EQ(documents[1]["features"][0]["geometry"]["paths"][0].Size(), 4u);
     EXPECT_STREQ(documents[2]["geometryType"].GetString(), "zorvoGeometryPolyline");
 }
+
+TEST(FeaturesZorvoJSON, AClassThatFailsLeavesValidJSON) {
+    const ToolRun run = Features({"--format", "zorvojson", Fixture("ts_ragged_negative.nc"), kPoints,
+                                  Fixture("ts_ragged_toolong.nc")});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_NE(run.err.find("negative row size"), std::string::npos) << run.err;
+    rapidjson::Document documents;
+    documents.Parse(run.out.c_str());
+    ASSERT_FALSE(documents.HasParseError()) << run.out;
+    ASSERT_TRUE(documents.IsArray());
+    EXPECT_EQ(documents.Size(), 1u);  // the point class; the refused classes leave no trace
+}
