@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include <zorvodsg/cursor/MissingValue.h>
 #include <zorvodsg/cursor/detail/TypedFill.h>
 #include <zorvodsg/values/Exception.h>
 #include <zorvodsg/values/NcTypeDispatch.h>
@@ -96,7 +97,18 @@ void CoordinateColumn::Load(NcSlabReader& reader, uint64_t index) {
     const uint64_t n = m_window.Select(index, reader.Path());
     m_values.resize(static_cast<size_t>(n) * m_window.Shape().StringWidth());
     reader.ReadDoubles(m_variable, m_window.Shape().Start(), m_window.Shape().Count(), m_values.data());
+    if (m_missing) {
+        const double missing = *m_missing;
+        for (double& value : m_values) {
+            value = value == missing ? ZorvoDSG::SpaceTime::kMissing : value;
+        }
+    }
     m_window.Loaded(n);
+}
+
+void CoordinateColumn::ReplaceMissing(double missing) {
+    m_missing = missing;
+    m_window.Unload();  // a loaded block was read without the replacement
 }
 
 }  // namespace ZorvoNetCDFDSG::detail

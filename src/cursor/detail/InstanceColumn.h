@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 #include <zorvodsg/cursor/detail/ColumnDecoder.h>
@@ -28,11 +29,17 @@ public:
     bool bCovers(uint64_t index) const {
         return m_loaded > 0 && (m_shape.bConstant() || (index >= m_first && index - m_first < m_loaded));
     }
+    // One past the last instance the loaded block holds (every instance for a constant variable).
+    uint64_t CoveredEnd() const {
+        return m_shape.bConstant() ? (m_loaded > 0 ? UINT64_MAX : 0) : m_first + m_loaded;
+    }
     // Points the slab at the block that starts at `index` and returns the instances it holds;
     // NC_EINVALCOORDS past the instance dimension.
     uint64_t Select(uint64_t index, const std::filesystem::path& path);
     // Marks the selected block as read.
     void Loaded(uint64_t n) { m_loaded = n; }
+    // Forgets the loaded block: the next access reads it again.
+    void Unload() { m_loaded = 0; }
     size_t Slot(uint64_t index) const { return m_shape.bConstant() ? 0 : static_cast<size_t>(index - m_first); }
     // The most instances a block holds.
     uint64_t Capacity() const;
@@ -54,9 +61,18 @@ public:
     // The value of instance `index` into `value` (unpacked when the variable is packed); reads the
     // block that starts there when it is not loaded.
     void Read(NcSlabReader& reader, uint64_t index, ZorvoDSG::System::NcVariant& value) {
+        Prepare(reader, index);
+        ReadLoaded(index, value);
+    }
+    // Loads the block that starts at `index` unless the loaded one holds it; returns CoveredEnd().
+    uint64_t Prepare(NcSlabReader& reader, uint64_t index) {
         if (!m_window.bCovers(index)) {
             Load(reader, index);
         }
+        return m_window.CoveredEnd();
+    }
+    // Read() for an index that the loaded block holds (Prepare returned an end beyond it).
+    void ReadLoaded(uint64_t index, ZorvoDSG::System::NcVariant& value) const {
         const size_t slot = m_window.Slot(index);
         if (slot >= m_values.Size()) {
             ThrowBadSlot();
@@ -89,12 +105,19 @@ public:
                      uint64_t blockSize);
 
     double Value(NcSlabReader& reader, uint64_t index) {
+        Prepare(reader, index);
+        return ValueLoaded(index);
+    }
+    uint64_t Prepare(NcSlabReader& reader, uint64_t index) {
         if (!m_window.bCovers(index)) {
             Load(reader, index);
         }
-        return m_values[m_window.Slot(index)];
+        return m_window.CoveredEnd();
     }
+    double ValueLoaded(uint64_t index) const { return m_values[m_window.Slot(index)]; }
     void SetBlockSize(uint64_t blockSize) { m_window.SetBlockSize(blockSize); }
+    // Values equal to `missing` come back as the missing-coordinate NaN, replaced as blocks load.
+    void ReplaceMissing(double missing);
 
 private:
     void Load(NcSlabReader& reader, uint64_t index);
@@ -102,6 +125,7 @@ private:
     ZorvoDSG::Variable m_variable;
     InstanceWindow m_window;
     std::vector<double> m_values;
+    std::optional<double> m_missing;
 };
 
 }  // namespace ZorvoNetCDFDSG::detail

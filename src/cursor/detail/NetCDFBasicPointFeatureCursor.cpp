@@ -1,12 +1,12 @@
 #include <zorvodsg/cursor/detail/NetCDFBasicPointFeatureCursor.h>
 
 #include <cmath>
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 
 namespace ZorvoNetCDFDSG {
 
-using ZorvoDSG::SpaceTime::kMissing;
 
 namespace {
 
@@ -18,8 +18,6 @@ void SetObjectId(uint64_t position, ZorvoDSG::System::NcVariant& oid) {
         oid.emplace<int64_t>(static_cast<int64_t>(position));
     }
 }
-
-double MissingToNaN(double value, double missing) { return value == missing ? kMissing : value; }
 
 }  // namespace
 
@@ -38,6 +36,14 @@ NetCDFBasicPointFeatureCursor::NetCDFBasicPointFeatureCursor(
     if (m_pointClass->bHasTs()) {
         m_t.emplace(dataset, m_tVariable, m_pointClass->idInstanceDim(), m_blockSize);
     }
+    m_x.ReplaceMissing(m_missing.x);
+    m_y.ReplaceMissing(m_missing.y);
+    if (m_z) {
+        m_z->ReplaceMissing(m_missing.z);
+    }
+    if (m_t) {
+        m_t->ReplaceMissing(m_missing.t);
+    }
     m_bPackedCoordinates = m_xVariable.IsPacked() || m_yVariable.IsPacked() ||
                            (m_pointClass->bHasTs() && m_tVariable.IsPacked()) ||
                            (m_pointClass->bHasZs() && m_zVariable.IsPacked());
@@ -49,6 +55,8 @@ std::shared_ptr<ZorvoDSG::Feature> NetCDFBasicPointFeatureCursor::CreateEmptyFea
 }
 
 void NetCDFBasicPointFeatureCursor::OnBlockSizeChanged() {
+    m_blockEnd = 0;
+    m_instanceBlockEnd = 0;
     m_x.SetBlockSize(m_blockSize);
     m_y.SetBlockSize(m_blockSize);
     if (m_z) {
@@ -59,15 +67,38 @@ void NetCDFBasicPointFeatureCursor::OnBlockSizeChanged() {
     }
 }
 
-void NetCDFBasicPointFeatureCursor::ReadPoint(ZorvoDSG::PointFeature& feature) {
-    ZorvoDSG::Host::WKSPointZ& point = feature.MutablePoint();
-    point.x = MissingToNaN(m_x.Value(m_reader, m_position), m_missing.x);
-    point.y = MissingToNaN(m_y.Value(m_reader, m_position), m_missing.y);
+void NetCDFBasicPointFeatureCursor::LoadBlock() {
+    uint64_t end = std::min(m_x.Prepare(m_reader, m_position), m_y.Prepare(m_reader, m_position));
     if (m_z) {
-        point.z = MissingToNaN(m_z->Value(m_reader, m_position), m_missing.z);
+        end = std::min(end, m_z->Prepare(m_reader, m_position));
     }
     if (m_t) {
-        feature.MutableTime() = MissingToNaN(m_t->Value(m_reader, m_position), m_missing.t);
+        end = std::min(end, m_t->Prepare(m_reader, m_position));
+    }
+    m_blockEnd = std::min(end, m_count);
+}
+
+void NetCDFBasicPointFeatureCursor::LoadInstanceBlock() {
+    // Only once a point of the block passes the filter: a small envelope skips most blocks.
+    uint64_t end = m_count;
+    for (detail::InstanceColumn& column : m_instanceColumns) {
+        end = std::min(end, column.Prepare(m_reader, m_position));
+    }
+    m_instanceBlockEnd = end;
+}
+
+void NetCDFBasicPointFeatureCursor::ReadPoint(ZorvoDSG::PointFeature& feature) {
+    if (m_position >= m_blockEnd) {
+        LoadBlock();
+    }
+    ZorvoDSG::Host::WKSPointZ& point = feature.MutablePoint();
+    point.x = m_x.ValueLoaded(m_position);
+    point.y = m_y.ValueLoaded(m_position);
+    if (m_z) {
+        point.z = m_z->ValueLoaded(m_position);
+    }
+    if (m_t) {
+        feature.MutableTime() = m_t->ValueLoaded(m_position);
     }
     // Instance values are unpacked by their columns; here only the coordinates are.
     if (!m_bPackedCoordinates) {
@@ -88,7 +119,10 @@ void NetCDFBasicPointFeatureCursor::ReadPoint(ZorvoDSG::PointFeature& feature) {
 void NetCDFBasicPointFeatureCursor::FinishPoint(ZorvoDSG::PointFeature& feature) {
     SetObjectId(m_position, feature.MutableOID());
     feature.SetInstanceID(m_position);
-    ReadInstanceValues(m_position, feature);
+    if (m_position >= m_instanceBlockEnd) {
+        LoadInstanceBlock();
+    }
+    ReadLoadedInstanceValues(m_position, feature);
     ++m_position;
 }
 

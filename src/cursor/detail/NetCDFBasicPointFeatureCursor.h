@@ -27,6 +27,10 @@ protected:
     void OnBlockSizeChanged() override;
 
 private:
+    // Makes every coordinate column hold the position and the points after it, as far as one block
+    // goes; LoadInstanceBlock the same for the instance columns.
+    void LoadBlock();
+    void LoadInstanceBlock();
     // Reads the point at the position into the feature (coordinates missing -> NaN, unpacked).
     void ReadPoint(ZorvoDSG::PointFeature& feature);
     // Object id, instance id and instance values at the position; then advances.
@@ -35,6 +39,8 @@ private:
     std::shared_ptr<ZorvoDSG::BasicPointFeatureClass> m_pointClass;
     uint64_t m_position = 0;
     uint64_t m_count = 0;
+    uint64_t m_blockEnd = 0;             // the coordinate columns hold the points from the position to here
+    uint64_t m_instanceBlockEnd = 0;     // the same for the instance columns
     bool m_bUnpack = false;              // a coordinate or a selected instance variable is packed
     bool m_bPackedCoordinates = false;   // a coordinate is; the columns unpack instance values
     detail::CoordinateColumn m_x;

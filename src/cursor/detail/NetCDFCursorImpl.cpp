@@ -72,6 +72,17 @@ void NetCDFCursorImpl::ReadInstanceValues(uint64_t index, ZorvoDSG::Feature& fea
     }
 }
 
+void NetCDFCursorImpl::ReadLoadedInstanceValues(uint64_t index, ZorvoDSG::Feature& feature) {
+    std::vector<ZorvoDSG::System::NcVariant>& values = feature.MutableInstanceValues();
+    if (values.size() != m_instanceColumns.size()) {
+        values.resize(m_instanceColumns.size());
+    }
+    ZorvoDSG::System::NcVariant* slot = values.data();
+    for (const detail::InstanceColumn& column : m_instanceColumns) {
+        column.ReadLoaded(index, *slot++);
+    }
+}
+
 bool NetCDFCursorImpl::bAnyInstanceVariablePacked() const {
     for (const Variable& variable : m_instanceVariables) {
         if (variable.IsPacked()) {

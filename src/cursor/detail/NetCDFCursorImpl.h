@@ -50,6 +50,8 @@ protected:
 
     // Instance values of `index` into the feature's slots, unpacked when their variable is packed.
     void ReadInstanceValues(uint64_t index, ZorvoDSG::Feature& feature);
+    // The same when every instance column already holds `index` (their Prepare said so).
+    void ReadLoadedInstanceValues(uint64_t index, ZorvoDSG::Feature& feature);
     bool bAnyInstanceVariablePacked() const;
     bool bEmptyFilter() const { return m_filter.Envelope().IsEmpty(); }
 
