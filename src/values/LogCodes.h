@@ -6,6 +6,7 @@ namespace ZorvoDSG::System {
 enum eLogCode : long {
     eLogOpeningFile = 1,
     eLogFileRecordRemoved = 2,
+    eLogFileRefused = 3,  // a file or group a workspace could not use: "<path>[ (group G)]: <reason>"
     eLogNoFeatureType = 4,
     eLogCFVersionTooOld = 5,
     eLogAncillaryVariableNotFound = 6,

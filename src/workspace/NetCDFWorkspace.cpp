@@ -4,7 +4,11 @@
 #include <string>
 #include <system_error>
 
+#include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/LogCodes.h>
+#include <zorvodsg/workspace/detail/AtomicFile.h>
+#include <zorvodsg/workspace/detail/WorkspaceConf.h>
 
 using ZorvoDSG::Host::IXMLDOMDocument;
 using ZorvoDSG::Host::IXMLDOMDocumentPtr;
@@ -12,18 +16,90 @@ using ZorvoDSG::Host::XmlParseError;
 
 namespace ZorvoNetCDFDSG {
 
+const std::string NetCDFWorkspace::s_sCurrentVersion = "0.1";
+
 namespace {
 
 // Whether the file can be opened for reading, as opening it as a stream would tell.
 bool CanOpen(const std::filesystem::path& path) {
     std::error_code ec;
-    if (std::filesystem::is_directory(path, ec))
+    if (std::filesystem::is_directory(path, ec)) {
         return false;
+    }
     std::ifstream in(path, std::ios::binary);
     return static_cast<bool>(in);
 }
 
+void ThrowIfMissing(const std::filesystem::path& path) {
+    if (!std::filesystem::exists(path)) {
+        throw ZorvoDSG::Exception(ZorvoDSG::eNetCDFWorkspaceDoesNotExist, L"NetCDF workspace does not exist", path);
+    }
+}
+
+std::shared_ptr<NetCDFWorkspaceLog> CopyOf(const NetCDFWorkspaceLog& log) {
+    return std::make_shared<NetCDFWorkspaceLog>(log);
+}
+
+std::shared_ptr<NetCDFWorkspaceLog> TooManyConnectionsLog() {
+    auto log = std::make_shared<NetCDFWorkspaceLog>();
+    log->AddMessage(ZorvoDSG::System::eLogTooManyConnections,
+                    L"cannot modify workspace while multiple connections are active");
+    return log;
+}
+
 }  // namespace
+
+NetCDFWorkspace::NetCDFWorkspace() : m_version(s_sCurrentVersion) {}
+
+NetCDFWorkspace::NetCDFWorkspace(std::filesystem::path path, std::string version)
+    : m_version(std::move(version)), m_path(std::move(path)) {
+    ThrowIfMissing(m_path);
+}
+
+NetCDFWorkspace::NetCDFWorkspace(std::filesystem::path path) : m_path(std::move(path)) {
+    ThrowIfMissing(m_path);
+    if (!std::filesystem::is_directory(m_path)) {
+        throw ZorvoDSG::Exception(ZorvoDSG::eNotANetCDFWorkspace, L"not a directory", m_path);
+    }
+    const std::filesystem::path conf = m_path / detail::kConfFileName;
+    if (std::filesystem::exists(conf)) {
+        FromJSON(detail::ReadConfText(conf));
+    }
+}
+
+NetCDFWorkspace::~NetCDFWorkspace() = default;
+
+std::shared_ptr<NetCDFWorkspace> NetCDFWorkspace::s_Create(std::filesystem::path path) {
+    if (std::filesystem::exists(path)) {
+        throw ZorvoDSG::Exception(ZorvoDSG::eNetCDFWorkspaceExists, L"NetCDF workspace already exists", path);
+    }
+    if (path.has_parent_path()) {
+        std::filesystem::create_directories(path.parent_path());
+    }
+    // Whoever creates the directory owns it: a directory made meanwhile by someone else is theirs.
+    if (!std::filesystem::create_directory(path)) {
+        throw ZorvoDSG::Exception(ZorvoDSG::eNetCDFWorkspaceExists, L"NetCDF workspace already exists", path);
+    }
+    try {
+        return std::shared_ptr<NetCDFWorkspace>(new NetCDFWorkspace(path, s_sCurrentVersion));
+    } catch (...) {
+        std::error_code ignored;
+        std::filesystem::remove(path, ignored);  // only while still empty
+        throw;
+    }
+}
+
+std::shared_ptr<NetCDFWorkspace> NetCDFWorkspace::s_Open(const std::filesystem::path& path) {
+    return std::shared_ptr<NetCDFWorkspace>(new NetCDFWorkspace(path));
+}
+
+std::shared_ptr<NetCDFWorkspace> NetCDFWorkspace::s_GetInMemoryWorkspace() {
+    // Made once, by whichever thread comes first, and never destroyed: it lives until the process ends,
+    // after the static objects that closing its files would need.
+    static const auto* const s_spInMemoryWorkspace =
+        new std::shared_ptr<NetCDFWorkspace>(new NetCDFWorkspace());
+    return *s_spInMemoryWorkspace;
+}
 
 IXMLDOMDocumentPtr NetCDFWorkspace::s_OpenNcMLDocument(std::filesystem::path path) {
     const auto extension = path.extension().native();
@@ -41,6 +117,107 @@ IXMLDOMDocumentPtr NetCDFWorkspace::s_OpenNcMLDocument(std::filesystem::path pat
                                   path);
     }
     return document;
+}
+
+void NetCDFWorkspace::Connect() {
+    const std::lock_guard lock(m_mutex);
+    if (m_cConnections.fetch_add(1) != 0) {
+        return;
+    }
+    try {
+        for (FileRecord& record : m_files) {
+            record.file->Connect();
+        }
+    } catch (...) {
+        DisconnectFiles();
+        m_cConnections.fetch_sub(1);
+        throw;
+    }
+}
+
+void NetCDFWorkspace::Disconnect() {
+    const std::lock_guard lock(m_mutex);
+    if (m_cConnections.load() == 0) {
+        return;
+    }
+    if (m_cConnections.fetch_sub(1) == 1) {
+        DisconnectFiles();
+    }
+}
+
+void NetCDFWorkspace::DisconnectFiles() {
+    for (FileRecord& record : m_files) {
+        record.file->Disconnect();
+    }
+}
+
+std::shared_ptr<ZorvoDSG::System::ILog> NetCDFWorkspace::Commit(ZorvoDSG::Host::ITrackCancel* cancel) {
+    const std::lock_guard lock(m_mutex);
+    if (!m_path.empty()) {
+        ZorvoDSG::ZorvoJSONBuffer buffer;
+        ZorvoDSG::ZorvoJSONWriter writer(buffer);
+        ToJSON(writer);
+        std::string text(buffer.GetString(), buffer.GetSize());
+        text += '\n';
+        try {
+            detail::ReplaceFileContent(m_path / detail::kConfFileName, text);
+        } catch (const std::filesystem::filesystem_error& e) {
+            throw ZorvoDSG::Exception(ZorvoDSG::eNotANetCDFWorkspace,
+                                      L"conf.json could not be written: " + ZorvoDSG::Host::Utf8ToWide(e.what()),
+                                      m_path);
+        }
+    }
+    return Refresh(cancel);
+}
+
+std::shared_ptr<ZorvoDSG::System::ILog> NetCDFWorkspace::Refresh(ZorvoDSG::Host::ITrackCancel* /*cancel*/) {
+    m_log.Clear();
+    return CopyOf(m_log);
+}
+
+std::shared_ptr<ZorvoDSG::System::ILog> NetCDFWorkspace::SetEmpty() {
+    const std::lock_guard lock(m_mutex);
+    return SetEmptyImpl();
+}
+
+std::shared_ptr<ZorvoDSG::System::ILog> NetCDFWorkspace::SetEmptyImpl() {
+    if (m_cConnections.load() > 1) {
+        return TooManyConnectionsLog();
+    }
+    m_files.clear();
+    m_entries.clear();
+    m_bReconciling = false;
+    m_log.Clear();
+    return CopyOf(m_log);
+}
+
+void NetCDFWorkspace::Delete() {
+    const std::lock_guard lock(m_mutex);
+    SetEmptyImpl();
+    if (m_path.empty()) {
+        return;
+    }
+    detail::RemoveConfFiles(m_path);
+    // The directory goes only when nothing of anybody else's is left in it.
+    std::error_code ec;
+    if (std::filesystem::is_directory(m_path, ec) && std::filesystem::is_empty(m_path, ec)) {
+        std::filesystem::remove(m_path, ec);
+    }
+}
+
+void NetCDFWorkspace::SetOpenOptions(const OpenOptions& options) {
+    const std::lock_guard lock(m_mutex);
+    m_openOptions = options;
+}
+
+std::vector<NetCDFWorkspace::Entry> NetCDFWorkspace::Entries() const {
+    const std::lock_guard lock(m_mutex);
+    return m_entries;
+}
+
+std::vector<NetCDFWorkspace::FileRecord> NetCDFWorkspace::FileRecords() const {
+    const std::lock_guard lock(m_mutex);
+    return {m_files.begin(), m_files.end()};
 }
 
 }  // namespace ZorvoNetCDFDSG

@@ -25,6 +25,14 @@ size_t SlabElements(std::span<const size_t> count) {
     return elements;
 }
 
+int NcSlabReader::NcID() const {
+    try {
+        return m_dataset->NcID();
+    } catch (const std::runtime_error&) {
+        throw Exception(NC_EBADID, L"the file is closed: no workspace connection is active", m_path);
+    }
+}
+
 void NcSlabReader::Check(int status, const ZorvoDSG::Variable& variable) const {
     if (status != NC_NOERR) {
         throw Exception(status, ZorvoDSG::Host::Utf8ToWide(variable.Name()), m_path);
@@ -47,7 +55,7 @@ void NcSlabReader::Read(const ZorvoDSG::Variable& variable, std::span<const size
     if (type == NC_STRING) {
         ReadStrings(variable, start, count, cElements, values);
     } else if (cElements > 0) {
-        Check(nc_get_vara(m_ncId, static_cast<int>(variable.Id()), start.data(), count.data(), values.Data<void>()),
+        Check(nc_get_vara(NcID(), static_cast<int>(variable.Id()), start.data(), count.data(), values.Data<void>()),
               variable);
     }
     values.SetSize(static_cast<long>(cElements));
@@ -59,7 +67,7 @@ void NcSlabReader::ReadStrings(const ZorvoDSG::Variable& variable, std::span<con
     if (cElements == 0) {
         return;
     }
-    Check(nc_get_vara_string(m_ncId, static_cast<int>(variable.Id()), start.data(), count.data(), m_strings.data()),
+    Check(nc_get_vara_string(NcID(), static_cast<int>(variable.Id()), start.data(), count.data(), m_strings.data()),
           variable);
     // The library's strings are released whatever happens while they are copied.
     struct Release {
@@ -81,7 +89,7 @@ void NcSlabReader::ReadDoubles(const ZorvoDSG::Variable& variable, std::span<con
         return;
     }
     const ZorvoDSG::System::NcLock lock;
-    Check(nc_get_vara_double(m_ncId, static_cast<int>(variable.Id()), start.data(), count.data(), out), variable);
+    Check(nc_get_vara_double(NcID(), static_cast<int>(variable.Id()), start.data(), count.data(), out), variable);
 }
 
 }  // namespace ZorvoNetCDFDSG

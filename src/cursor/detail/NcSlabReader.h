@@ -11,6 +11,7 @@
 #include <span>
 #include <vector>
 
+#include <zorvodsg/netcdf/ICFMetadata.h>
 #include <zorvodsg/netcdf/Variable.h>
 #include <zorvodsg/values/NcVariantArray.h>
 
@@ -18,7 +19,9 @@ namespace ZorvoNetCDFDSG {
 
 class NcSlabReader {
 public:
-    NcSlabReader(int ncId, std::filesystem::path path) : m_ncId(ncId), m_path(std::move(path)) {}
+    // `dataset` must outlive the reader (the cursor's feature class holds it).
+    NcSlabReader(const ZorvoDSG::ICFMetadata& dataset, std::filesystem::path path)
+        : m_dataset(&dataset), m_path(std::move(path)) {}
 
     // Reads the slab into `values`, made for the variable's type and reserved for the element count
     // (for NC_CHAR: the slab's characters divided by the array's string width); its size becomes that
@@ -29,7 +32,9 @@ public:
     void ReadDoubles(const ZorvoDSG::Variable& variable, std::span<const size_t> start,
                      std::span<const size_t> count, double* out);
 
-    int NcID() const { return m_ncId; }
+    // The dataset's netCDF id as it is now: asked for every read, because the file may have been
+    // closed and opened again (with another id) since the last one. Exception NC_EBADID while closed.
+    int NcID() const;
     const std::filesystem::path& Path() const { return m_path; }
 
 private:
@@ -37,7 +42,7 @@ private:
     void ReadStrings(const ZorvoDSG::Variable& variable, std::span<const size_t> start, std::span<const size_t> count,
                      size_t cElements, ZorvoDSG::System::NcVariantArray& values);
 
-    int m_ncId;
+    const ZorvoDSG::ICFMetadata* m_dataset;
     std::filesystem::path m_path;
     std::vector<char*> m_strings;  // scratch for NC_STRING reads, reused
 };

@@ -16,8 +16,7 @@ NetCDFCursorImpl::NetCDFCursorImpl(std::shared_ptr<ZorvoDSG::IFeatureClass> feat
       m_zVariable(Variable::s_EmptyVariable()),
       m_tVariable(Variable::s_EmptyVariable()),
       m_filter(filter),
-      m_ncId(m_featureClass->CFMetadata()->NcID()),
-      m_reader(m_ncId, std::filesystem::path(m_featureClass->CFMetadata()->Uri())) {
+      m_reader(*m_featureClass->CFMetadata(), std::filesystem::path(m_featureClass->CFMetadata()->Uri())) {
     m_instanceVariables = s_SelectByName(m_filter.InstanceVariables(), m_featureClass->InstanceVariables());
     m_missing.x = ZorvoDSG::System::s_ToDouble(m_xVariable.FillValue());
     m_missing.y = ZorvoDSG::System::s_ToDouble(m_yVariable.FillValue());

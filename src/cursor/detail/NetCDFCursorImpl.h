@@ -97,7 +97,6 @@ protected:
     ZorvoDSG::Variable m_tVariable;
     ZorvoDSG::SpatialFilter m_filter;
     ZorvoDSG::SpaceTime::WKSPointXYZT m_missing;
-    int m_ncId = -1;
     uint64_t m_blockSize = kDefaultBlockSize;
     NcSlabReader m_reader;
     std::vector<detail::InstanceColumn> m_instanceColumns;

@@ -15,7 +15,7 @@ NetCDFOrthoMDTrajectoryCursor::NetCDFOrthoMDTrajectoryCursor(
     : NetCDFTrajectoryCursorImpl(std::move(trajectoryClass), filter) {
     size_t length = 0;
     const ZorvoDSG::System::NcLock lock;
-    const int status = nc_inq_dimlen(m_ncId, static_cast<int>(m_trajectoryClass->idObservationDim()), &length);
+    const int status = nc_inq_dimlen(m_reader.NcID(), static_cast<int>(m_trajectoryClass->idObservationDim()), &length);
     if (status != NC_NOERR) {
         throw ZorvoDSG::Exception(status, L"failure reading ortho-md vertex count", m_reader.Path());
     }

@@ -1,0 +1,159 @@
+// Workspace lifecycle and conf.json: what is written, what is read back, and what is never lost.
+
+#include <zorvodsg/workspace/NetCDFWorkspace.h>
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <filesystem>
+#include <string>
+
+#include <zorvodsg/values/Exception.h>
+#include "support/ScratchDir.h"
+#include "workspace/WorkspaceTestSupport.h"
+
+using ZorvoNetCDFDSG::NetCDFWorkspace;
+using zdsg_test::ExamplePath;
+
+namespace {
+
+class WorkspaceLifecycle : public zdsg_test::ScratchDirTest {};
+
+TEST_F(WorkspaceLifecycle, CreateMakesNestedDirectoriesAndCommitWritesAnEmptyDocument) {
+    const auto path = m_dir / "a" / "b" / "ws";
+    const auto workspace = NetCDFWorkspace::s_Create(path);
+    EXPECT_TRUE(std::filesystem::is_directory(path));
+    EXPECT_FALSE(std::filesystem::exists(path / "conf.json"));  // written by the first Commit
+    const auto log = workspace->Commit(nullptr);
+    EXPECT_EQ(log->cMessages(), 0);
+    EXPECT_EQ(Read(path / "conf.json"), "{\"version\":\"0.1\",\"entries\":[],\"files\":[]}\n");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path), {}), 1);  // no temporary left
+}
+
+TEST_F(WorkspaceLifecycle, CreateRefusesAnExistingPathAndLeavesItAlone) {
+    const auto mine = Write("mine.txt", "keep");
+    try {
+        NetCDFWorkspace::s_Create(m_dir);
+        FAIL() << "created over an existing directory";
+    } catch (const ZorvoDSG::Exception& e) {
+        EXPECT_EQ(e.NcErr(), ZorvoDSG::eNetCDFWorkspaceExists);
+        EXPECT_EQ(e.wsDetail(), L"NetCDF workspace already exists");
+    }
+    EXPECT_EQ(Read(mine), "keep");
+}
+
+TEST_F(WorkspaceLifecycle, OpenRefusesAMissingDirectoryAndAForeignConf) {
+    try {
+        NetCDFWorkspace::s_Open(m_dir / "missing");
+        FAIL();
+    } catch (const ZorvoDSG::Exception& e) {
+        EXPECT_EQ(e.NcErr(), ZorvoDSG::eNetCDFWorkspaceDoesNotExist);
+    }
+    for (const std::string text : {"{not json", "[]", "{\"version\":\"0.1\"}", "{\"version\":1,\"entries\":[]}",
+                                   "{\"version\":\"0.1\",\"entries\":[{\"path\":\"a.nc\"}]}"}) {
+        const auto conf = Write("conf.json", text);
+        try {
+            NetCDFWorkspace::s_Open(m_dir);
+            ADD_FAILURE() << "opened with " << text;
+        } catch (const ZorvoDSG::Exception& e) {
+            EXPECT_EQ(e.NcErr(), ZorvoDSG::eNotANetCDFWorkspace) << text;
+            EXPECT_EQ(e.wsDetail().rfind(L"conf.json: ", 0), 0u) << text;
+        }
+        EXPECT_EQ(Read(conf), text);  // left as it was
+    }
+}
+
+TEST_F(WorkspaceLifecycle, OpenWithoutConfHasNoVersion) {
+    const auto workspace = NetCDFWorkspace::s_Open(m_dir);
+    EXPECT_EQ(workspace->Version(), "");
+    workspace->Commit(nullptr);
+    EXPECT_EQ(Read(m_dir / "conf.json"), "{\"version\":\"\",\"entries\":[],\"files\":[]}\n");
+}
+
+TEST_F(WorkspaceLifecycle, OpenThenCommitKeepsEntriesAndReopeningFindsTheSameClasses) {
+    const auto path = m_dir / "ws";
+    {
+        const auto workspace = NetCDFWorkspace::s_Create(path);
+        workspace->AddFile(ExamplePath("point_observations.nc"), ZorvoDSG::eFeatureUnknown, nullptr);
+        workspace->AddDirectory(ExamplePath(""), ZorvoDSG::eFeatureUnknown, nullptr, false, false);
+        workspace->Commit(nullptr);
+    }
+    const std::string written = Read(path / "conf.json");
+    const auto reopened = NetCDFWorkspace::s_Open(path);
+    EXPECT_EQ(reopened->Version(), "0.1");
+    ASSERT_EQ(reopened->Entries().size(), 2u);
+    EXPECT_TRUE(reopened->FileRecords().empty());
+    reopened->ReopenEntries(ZorvoDSG::eFeatureUnknown, nullptr);
+    reopened->Commit(nullptr);
+    EXPECT_EQ(Read(path / "conf.json"), written);
+}
+
+TEST_F(WorkspaceLifecycle, AFailedCommitKeepsTheOldFile) {
+    const auto path = m_dir / "ws";
+    const auto workspace = NetCDFWorkspace::s_Create(path);
+    workspace->Commit(nullptr);
+    const std::string before = Read(path / "conf.json");
+    workspace->AddDirectory(ExamplePath(""), ZorvoDSG::eFeatureUnknown, nullptr, false, false);
+    // A file-size limit makes the write of the longer document fail, for root as for anyone.
+    struct rlimit saved {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &saved), 0);
+    const auto previous = std::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit small = saved;
+    small.rlim_cur = before.size() + 10;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    bool bThrown = false;
+    try {
+        workspace->Commit(nullptr);
+    } catch (const ZorvoDSG::Exception& e) {
+        bThrown = e.NcErr() == ZorvoDSG::eNotANetCDFWorkspace;
+    }
+    setrlimit(RLIMIT_FSIZE, &saved);
+    std::signal(SIGXFSZ, previous);
+    EXPECT_TRUE(bThrown);
+    EXPECT_EQ(Read(path / "conf.json"), before);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path), {}), 1);
+}
+
+TEST_F(WorkspaceLifecycle, DeleteRemovesOnlyWhatTheWorkspaceWrote) {
+    const auto path = m_dir / "ws";
+    auto workspace = NetCDFWorkspace::s_Create(path);
+    workspace->Commit(nullptr);
+    std::ofstream(path / "data.nc") << "a user's file";
+    workspace->Delete();
+    EXPECT_FALSE(std::filesystem::exists(path / "conf.json"));
+    EXPECT_TRUE(std::filesystem::exists(path / "data.nc"));
+
+    const auto empty = m_dir / "empty";
+    workspace = NetCDFWorkspace::s_Create(empty);
+    workspace->Commit(nullptr);
+    workspace->Delete();
+    EXPECT_FALSE(std::filesystem::exists(empty));
+}
+
+TEST_F(WorkspaceLifecycle, ConfEscapesClassNamesAndKeepsEntryOrder) {
+    const auto workspace = NetCDFWorkspace::s_Create(m_dir / "ws");
+    workspace->AddFile(ExamplePath("two_groups.nc"), ZorvoDSG::eFeatureUnknown, nullptr);
+    workspace->AddFile(ExamplePath("point_observations.nc"), ZorvoDSG::eFeatureUnknown, nullptr);
+    workspace->Commit(nullptr);
+    const std::string conf = Read(m_dir / "ws" / "conf.json");
+    const std::string two = ExamplePath("two_groups.nc").lexically_normal().string();
+    const std::string point = ExamplePath("point_observations.nc").lexically_normal().string();
+    EXPECT_LT(conf.find("{\"path\":\"" + two + "\",\"includeSubdirs\":false}"),
+              conf.find("{\"path\":\"" + point + "\",\"includeSubdirs\":false}"));
+    // Records newest first: the point file's before the groups'.
+    EXPECT_LT(conf.find("{\"file\":\"" + point + "\",\"timestamp\":0,\"featureClasses\":[{\"name\":"),
+              conf.find("{\"file\":\"" + two + "\""));
+    EXPECT_NE(conf.find("\"featureType\":\"point\",\"extent\":{}}"), std::string::npos);
+    EXPECT_EQ(conf.back(), '\n');
+}
+
+TEST(InMemoryWorkspace, IsOneObjectThatCommitsNothing) {
+    const auto first = NetCDFWorkspace::s_GetInMemoryWorkspace();
+    EXPECT_EQ(first, NetCDFWorkspace::s_GetInMemoryWorkspace());
+    EXPECT_EQ(first->Version(), "0.1");
+    EXPECT_TRUE(first->Path().empty());
+    EXPECT_EQ(first->Commit(nullptr)->cMessages(), 0);
+}
+
+}  // namespace
