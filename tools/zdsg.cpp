@@ -6,6 +6,7 @@
 
 #include "FeaturesCommand.h"
 #include "InspectCommand.h"
+#include "WorkspaceCommand.h"
 
 int main(int argc, char** argv) {
     // Like other command-line tools zdsg runs in the user's locale (messages of the C library);
@@ -18,6 +19,8 @@ int main(int argc, char** argv) {
     CLI::App* inspect = zdsg::AddInspectCommand(app, inspectOptions);
     zdsg::FeaturesOptions featuresOptions;
     CLI::App* features = zdsg::AddFeaturesCommand(app, featuresOptions);
+    zdsg::WorkspaceOptions workspaceOptions;
+    CLI::App* workspace = zdsg::AddWorkspaceCommand(app, workspaceOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -29,6 +32,9 @@ int main(int argc, char** argv) {
         }
         if (features->parsed()) {
             return zdsg::RunFeatures(featuresOptions);
+        }
+        if (workspace->parsed()) {
+            return zdsg::RunWorkspace(workspaceOptions);
         }
     } catch (const std::exception& e) {
         // Files are guarded one by one; this is the tool itself failing (memory, output).
