@@ -170,7 +170,10 @@ std::string ShortestText(T value) {
 }
 
 std::string QuotedText(const std::string& text) {
-    return "\"" + Printable(text) + "\"";
+    std::string quoted = "\"";  // not "\"" + ...: gcc 12 warns (-Wrestrict) about that temporary
+    quoted += Printable(text);
+    quoted += '"';
+    return quoted;
 }
 
 std::string ArrayText(const ZorvoDSG::System::NcVariantArray& values) {
@@ -252,6 +255,9 @@ std::string CurrentExceptionText(const std::filesystem::path& reportedPath) {
             text += " (" + e.NcPath().string() + ")";
         }
         return text;
+    } catch (const std::bad_variant_access&) {
+        // The library reads attributes that must be text (units, standard_name, ...) as text.
+        return "an attribute that must be text holds another type";
     } catch (const std::exception& e) {
         return e.what();
     } catch (const char* text) {

@@ -10,6 +10,7 @@
 #include <zorvodsg/host/xml/XmlDom.h>
 #include <zorvodsg/netcdf/detail/GroupName.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/ResourceLimits.h>
 #include <zorvodsg/values/NcLock.h>
 
 using ZorvoDSG::Host::IXMLDOMDocument;
@@ -50,16 +51,20 @@ std::vector<int> ChildGroups(int groupId, const std::filesystem::path& path) {
 std::vector<int> CollectGroups(int rootId, const std::filesystem::path& path) {
     std::vector<int> ids;
     std::unordered_set<int> seen;
-    std::vector<int> pending{rootId};
+    std::vector<std::pair<int, uint64_t>> pending{{rootId, 0}};  // group, depth
     while (!pending.empty()) {
-        const int id = pending.back();
+        const auto [id, depth] = pending.back();
         pending.pop_back();
         if (!seen.insert(id).second) {
             continue;
         }
         ids.push_back(id);
+        ZorvoDSG::System::CheckResourceLimit(ids.size(), ZorvoDSG::System::kMaxGroups, "groups", path);
+        ZorvoDSG::System::CheckResourceLimit(depth, ZorvoDSG::System::kMaxGroupDepth, "group nesting depth", path);
         const std::vector<int> children = ChildGroups(id, path);
-        pending.insert(pending.end(), children.rbegin(), children.rend());
+        for (auto child = children.rbegin(); child != children.rend(); ++child) {
+            pending.emplace_back(*child, depth + 1);
+        }
     }
     return ids;
 }

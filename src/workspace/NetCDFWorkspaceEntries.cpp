@@ -7,6 +7,7 @@
 #include <exception>
 #include <optional>
 #include <string>
+#include <variant>
 
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
@@ -34,6 +35,9 @@ std::wstring WhatOf(const std::exception& e) {
             text += L": " + exception->wsDetail();
         }
         return text;
+    }
+    if (dynamic_cast<const std::bad_variant_access*>(&e) != nullptr) {
+        return L"an attribute that must be text holds another type";
     }
     return ZorvoDSG::Host::Utf8ToWide(e.what());
 }

@@ -9,6 +9,7 @@
 #include <zorvodsg/cursor/detail/TypedFill.h>
 #include <zorvodsg/values/Exception.h>
 #include <zorvodsg/values/NcTypeDispatch.h>
+#include <zorvodsg/values/ResourceLimits.h>
 
 namespace ZorvoNetCDFDSG::detail {
 
@@ -55,8 +56,14 @@ uint64_t InstanceWindow::Capacity() const {
     return m_shape.bConstant() ? 1 : std::clamp<uint64_t>(std::min(m_blockSize, m_shape.cInstances()), 1, m_blockSize);
 }
 
+uint64_t InstanceWindow::s_BlockFor(uint64_t blockSize, const SlabShape& shape) {
+    // Wide texts are read in fewer instances a block, so that a block stays within its bytes.
+    const uint64_t perInstance = std::max<uint64_t>(shape.StringWidth(), 8);
+    return std::clamp<uint64_t>(ZorvoDSG::System::kMaxBlockBytes / perInstance, 1, std::max<uint64_t>(blockSize, 1));
+}
+
 void InstanceWindow::SetBlockSize(uint64_t blockSize) {
-    m_blockSize = std::max<uint64_t>(blockSize, 1);
+    m_blockSize = s_BlockFor(blockSize, m_shape);
     m_loaded = 0;
 }
 

@@ -24,7 +24,7 @@ class InstanceWindow {
 public:
     InstanceWindow(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::Variable& variable, long idInstanceDim,
                    uint64_t blockSize)
-        : m_shape(dataset, variable, idInstanceDim), m_blockSize(blockSize > 0 ? blockSize : 1) {}
+        : m_shape(dataset, variable, idInstanceDim), m_blockSize(s_BlockFor(blockSize, m_shape)) {}
 
     bool bCovers(uint64_t index) const {
         return m_loaded > 0 && (m_shape.bConstant() || (index >= m_first && index - m_first < m_loaded));
@@ -47,6 +47,8 @@ public:
     const SlabShape& Shape() const { return m_shape; }
 
 private:
+    static uint64_t s_BlockFor(uint64_t blockSize, const SlabShape& shape);
+
     SlabShape m_shape;
     uint64_t m_blockSize;
     uint64_t m_first = 0;

@@ -1,4 +1,5 @@
 #include <zorvodsg/cursor/detail/NetCDFBasicTrajectoryFeatureCursor.h>
+#include <zorvodsg/values/ResourceLimits.h>
 
 #include <algorithm>
 
@@ -66,6 +67,8 @@ bool NetCDFBasicTrajectoryFeatureCursor::ReadVertices(TrajectoryFeature& feature
         return false;
     }
     const uint64_t first = rows.Offset(m_position);
+    ZorvoDSG::System::CheckResourceLimit(n, ZorvoDSG::System::kMaxObservationsPerFeature,
+                                         "observations of trajectory " + std::to_string(m_position), m_reader.Path());
     feature.SetReserved(VertexCount(n));
     m_coordinates[0].CopyDoubles(m_reader, first, n, m_x);
     m_coordinates[1].CopyDoubles(m_reader, first, n, m_y);

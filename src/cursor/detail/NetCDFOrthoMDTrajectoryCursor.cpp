@@ -4,6 +4,7 @@
 
 #include <zorvodsg/values/Exception.h>
 #include <zorvodsg/values/NcLock.h>
+#include <zorvodsg/values/ResourceLimits.h>
 
 namespace ZorvoNetCDFDSG {
 
@@ -60,6 +61,8 @@ void NetCDFOrthoMDTrajectoryCursor::OnBlockSizeChanged() {
 }
 
 bool NetCDFOrthoMDTrajectoryCursor::ReadVertices(TrajectoryFeature& feature) {
+    ZorvoDSG::System::CheckResourceLimit(m_cVertices, ZorvoDSG::System::kMaxObservationsPerFeature,
+                                         "observations per trajectory", m_reader.Path());
     feature.SetReserved(static_cast<long>(m_cVertices));
     m_coordinates[0].ReadDoubles(m_reader, m_position, m_x);
     m_coordinates[1].ReadDoubles(m_reader, m_position, m_y);

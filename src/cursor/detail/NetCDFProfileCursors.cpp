@@ -7,6 +7,7 @@
 
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/ResourceLimits.h>
 
 namespace ZorvoNetCDFDSG {
 
@@ -72,6 +73,8 @@ void NetCDFProfileCursorImpl::ReadGeometry(ZorvoDSG::ProfileFeature& feature) {
     if (m_buffer.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max())) {
         throw ZorvoDSG::Exception(ZorvoDSG::eInternalError, L"profile longer than 2147483647 values", m_reader.Path());
     }
+    ZorvoDSG::System::CheckResourceLimit(m_buffer.size(), ZorvoDSG::System::kMaxObservationsPerFeature,
+                                         "observations of profile " + std::to_string(m_position), m_reader.Path());
     const auto n = static_cast<long>(m_buffer.size());
     feature.SetReserved(n);
     ZorvoDSG::SpaceTime::WKSProfile& profile = feature.wksProfile();

@@ -8,6 +8,7 @@
 
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/ResourceLimits.h>
 
 namespace ZorvoNetCDFDSG::detail {
 
@@ -37,6 +38,9 @@ RaggedIndex::RaggedIndex(NcSlabReader& reader, ZorvoDSG::ICFMetadata& dataset, c
     }
     const uint64_t cInstances = dataset.DimLen(rowSizes.aidDims().front());
     const uint64_t cSamples = dataset.DimLen(idSampleDim);
+    ZorvoDSG::System::CheckResourceLimit(cInstances, ZorvoDSG::System::kMaxRaggedInstances,
+                                         "instances of " + rowSizes.Name(), reader.Path());
+    m_offsets.reserve(static_cast<size_t>(cInstances) + 1);
     m_offsets.push_back(0);
     const uint64_t block = std::max<uint64_t>(blockSize, 1);
     std::vector<double> counts;

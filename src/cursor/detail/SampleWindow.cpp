@@ -9,6 +9,7 @@
 #include <zorvodsg/cursor/detail/TypedFill.h>
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/values/ResourceLimits.h>
 #include <zorvodsg/values/NcTypeDispatch.h>
 
 namespace ZorvoNetCDFDSG::detail {
@@ -69,9 +70,13 @@ SampleWindow::SampleWindow(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::Varia
         m_count[i] = static_cast<size_t>(dataset.DimLen(dims[i]));
     }
     m_cElements = m_count.front();
+    ZorvoDSG::System::CheckResourceLimit(static_cast<uint64_t>(m_stringWidth), ZorvoDSG::System::kMaxStringWidth,
+                                         "string width of " + variable.Name(), dataset.NcPath());
     const size_t cValueAxes = m_stringWidth > 1 ? dims.size() - 1 : dims.size();
     for (size_t i = 1; i < cValueAxes; ++i) {
-        m_valuesPerElement *= m_count[i];
+        m_valuesPerElement = ZorvoDSG::System::LimitedProduct(
+            m_valuesPerElement, m_count[i], ZorvoDSG::System::kMaxValuesPerRead / static_cast<uint64_t>(m_stringWidth),
+            "values per observation of " + variable.Name(), dataset.NcPath());
     }
 }
 
@@ -101,7 +106,7 @@ void SampleWindow::Cover(NcSlabReader& reader, uint64_t first, uint64_t n, bool 
     const uint64_t perBlock = std::max<uint64_t>(m_blockValues / std::max<uint64_t>(m_valuesPerElement, 1), 1);
     const uint64_t count = std::min(std::max(n, perBlock), m_cElements - first);
     Select(first, count);
-    const uint64_t cValues = count * m_valuesPerElement;
+    const uint64_t cValues = LimitedValues(count, reader.Path());
     if (bDoubles) {
         m_doubles.resize(static_cast<size_t>(cValues) * static_cast<size_t>(m_stringWidth));
         reader.ReadDoubles(m_variable, m_start, m_count, m_doubles.data());
@@ -114,8 +119,15 @@ void SampleWindow::Cover(NcSlabReader& reader, uint64_t first, uint64_t n, bool 
     m_bDoublesLoaded = bDoubles;
 }
 
+uint64_t SampleWindow::LimitedValues(uint64_t n, const std::filesystem::path& path) const {
+    const auto width = static_cast<uint64_t>(m_stringWidth);
+    return ZorvoDSG::System::LimitedProduct(n, m_valuesPerElement * width, ZorvoDSG::System::kMaxValuesPerRead,
+                                            "values of " + m_variable.Name() + " read at once", path) /
+           width;
+}
+
 void SampleWindow::Copy(NcSlabReader& reader, uint64_t first, uint64_t n, NcVariantArray& out) {
-    const uint64_t cValues = n * m_valuesPerElement;
+    const uint64_t cValues = LimitedValues(n, reader.Path());
     const auto cReserve = static_cast<long>(std::max<uint64_t>(out.Reserved(), cValues));
     // An array unpacked to a wider type than the variable's is re-typed in place by ReInit, keeping
     // its storage; one of a narrower type or another string width is made afresh.
@@ -132,7 +144,7 @@ void SampleWindow::Copy(NcSlabReader& reader, uint64_t first, uint64_t n, NcVari
 }
 
 void SampleWindow::CopyDoubles(NcSlabReader& reader, uint64_t first, uint64_t n, std::vector<double>& out) {
-    const uint64_t cValues = n * m_valuesPerElement;
+    const uint64_t cValues = LimitedValues(n, reader.Path());
     out.resize(static_cast<size_t>(cValues));
     if (cValues == 0) {
         return;

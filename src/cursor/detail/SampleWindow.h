@@ -9,6 +9,7 @@
 // lengths, less a character variable's string axis, whose characters make one value.
 
 #include <cstdint>
+#include <filesystem>
 #include <vector>
 
 #include <zorvodsg/cursor/detail/NcSlabReader.h>
@@ -35,6 +36,9 @@ public:
     void SetBlockValues(uint64_t blockValues);
 
 private:
+    // The values of n elements; Exception eNotDSGConformant beyond kMaxValuesPerRead.
+    uint64_t LimitedValues(uint64_t n, const std::filesystem::path& path) const;
+
     // Makes elements [first, first + n) available in the window.
     void Cover(NcSlabReader& reader, uint64_t first, uint64_t n, bool bDoubles);
     void Select(uint64_t first, uint64_t n);

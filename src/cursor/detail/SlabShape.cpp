@@ -2,6 +2,8 @@
 
 #include <netcdf.h>
 
+#include <zorvodsg/values/ResourceLimits.h>
+
 namespace ZorvoNetCDFDSG::detail {
 
 SlabShape::SlabShape(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::Variable& variable, long idInstanceDim) {
@@ -13,6 +15,9 @@ SlabShape::SlabShape(ZorvoDSG::ICFMetadata& dataset, const ZorvoDSG::Variable& v
     if (variable.Type() == NC_CHAR && variable.cStringChars() > 0 && !dims.empty() &&
         variable.cStringChars() == dataset.DimLen(dims.back())) {
         cIndexAxes = dims.size() - 1;
+        ZorvoDSG::System::CheckResourceLimit(static_cast<uint64_t>(variable.cStringChars()),
+                                             ZorvoDSG::System::kMaxStringWidth,
+                                             "string width of " + variable.Name(), dataset.NcPath());
         m_stringWidth = static_cast<size_t>(variable.cStringChars());
         m_count.back() = m_stringWidth;
     }
