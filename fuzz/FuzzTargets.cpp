@@ -7,7 +7,9 @@
 #include <cstring>
 #include <fstream>
 #include <mutex>
+#include <stdexcept>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include <zorvodsg/cursor/Feature.h>
@@ -70,18 +72,37 @@ uint64_t ReadClass(ZorvoDSG::BasicFeatureClass& featureClass) {
     return cFeatures;
 }
 
-std::string TextOf(const ZorvoDSG::Exception& e) { return ZorvoDSG::Host::WideToUtf8(e.ToString().Str()); }
+// The refusals the library documents: its Exception, the standard runtime errors with fixed texts of
+// the metadata model ("invalid dimensions for variable", ...), and the bad variant access of an
+// attribute read as text that is not. Anything else escaping is a finding.
+template <class Read>
+bool bRefused(Read&& read, std::vector<std::string>& refusals) {
+    try {
+        read();
+        return false;
+    } catch (const ZorvoDSG::Exception& e) {
+        refusals.push_back(ZorvoDSG::Host::WideToUtf8(e.ToString().Str()));
+    } catch (const std::runtime_error& e) {
+        refusals.push_back(e.what());
+    } catch (const std::bad_variant_access&) {
+        refusals.push_back("an attribute that must be text holds another type");
+    } catch (const char* text) {
+        refusals.push_back(text != nullptr ? text : "");
+    }
+    return true;
+}
 
 void ReadDatasets(const std::vector<std::shared_ptr<ZorvoNetCDFDSG::NetCDFFile>>& datasets, ReadSummary& summary) {
     summary.cDatasets = datasets.size();
     for (const auto& dataset : datasets) {
-        try {
-            const auto featureClass = ZorvoDSG::BasicFeatureClass::s_Open(dataset, ZorvoDSG::eFeatureUnknown, nullptr);
-            ++summary.cClasses;
-            summary.cFeatures += ReadClass(*featureClass);
-        } catch (const ZorvoDSG::Exception& e) {
-            summary.refusals.push_back(TextOf(e));  // a documented refusal of this dataset
-        }
+        bRefused(
+            [&] {
+                const auto featureClass =
+                    ZorvoDSG::BasicFeatureClass::s_Open(dataset, ZorvoDSG::eFeatureUnknown, nullptr);
+                ++summary.cClasses;
+                summary.cFeatures += ReadClass(*featureClass);
+            },
+            summary.refusals);
     }
 }
 
@@ -107,13 +128,9 @@ ReadSummary ReadEverything(const std::filesystem::path& path) {
     ReadSummary summary;
     ZorvoNetCDFDSG::NetCDFWorkspaceLog log;
     std::vector<std::shared_ptr<ZorvoNetCDFDSG::NetCDFFile>> datasets;
-    try {
-        datasets = ZorvoNetCDFDSG::NetCDFFile::s_Open(path, 0, nullptr, log);
-    } catch (const ZorvoDSG::Exception& e) {
-        summary.refusals.push_back(TextOf(e));
-        return summary;
+    if (!bRefused([&] { datasets = ZorvoNetCDFDSG::NetCDFFile::s_Open(path, 0, nullptr, log); }, summary.refusals)) {
+        ReadDatasets(datasets, summary);
     }
-    ReadDatasets(datasets, summary);
     return summary;
 }
 
@@ -137,34 +154,35 @@ void FuzzNcML(const uint8_t* data, size_t size, const std::filesystem::path& fil
     }
     ZorvoNetCDFDSG::NetCDFWorkspaceLog log;
     std::vector<std::shared_ptr<ZorvoNetCDFDSG::NetCDFFile>> datasets;
-    try {
-        datasets = ZorvoNetCDFDSG::NetCDFFile::s_Open(file, 0, document.get(), log);
-    } catch (const ZorvoDSG::Exception&) {
-        return;
-    }
     ReadSummary summary;
-    ReadDatasets(datasets, summary);
+    if (!bRefused([&] { datasets = ZorvoNetCDFDSG::NetCDFFile::s_Open(file, 0, document.get(), log); },
+                  summary.refusals)) {
+        ReadDatasets(datasets, summary);
+    }
 }
 
 void FuzzUnits(const uint8_t* data, size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
     const ZorvoDSG::SpaceTime::Unit unit = ZorvoDSG::SpaceTime::ParseUnit(text);
-    try {
-        (void)ZorvoDSG::SpaceTime::IsPressureUnit(unit);
-        (void)ZorvoDSG::SpaceTime::IsLengthUnit(unit);
-        (void)ZorvoDSG::SpaceTime::IsTimeUnit(unit);
-        (void)ZorvoDSG::SpaceTime::bPressureUnits(text);
-        (void)ZorvoDSG::SpaceTime::ZUnits(text);
-    } catch (const ZorvoDSG::Exception&) {
-    }
+    std::vector<std::string> refusals;
+    bRefused(
+        [&] {
+            (void)ZorvoDSG::SpaceTime::IsPressureUnit(unit);
+            (void)ZorvoDSG::SpaceTime::IsLengthUnit(unit);
+            (void)ZorvoDSG::SpaceTime::IsTimeUnit(unit);
+            (void)ZorvoDSG::SpaceTime::bPressureUnits(text);
+            (void)ZorvoDSG::SpaceTime::ZUnits(text);
+        },
+        refusals);
     for (const auto parse : {&ZorvoDSG::SpaceTime::ParseTimeUnits, &ZorvoDSG::SpaceTime::ParseIsoTimeUnits}) {
-        try {
-            const ZorvoDSG::SpaceTime::TimeReference reference = parse(text);
-            for (const double value : {0.0, -1.5, 1e9, 1e300, -1e300, std::nan(""), HUGE_VAL}) {
-                (void)reference.ToFileTime(value);
-            }
-        } catch (const ZorvoDSG::Exception&) {
-        }
+        bRefused(
+            [&] {
+                const ZorvoDSG::SpaceTime::TimeReference reference = parse(text);
+                for (const double value : {0.0, -1.5, 1e9, 1e300, -1e300, std::nan(""), HUGE_VAL}) {
+                    (void)reference.ToFileTime(value);
+                }
+            },
+            refusals);
     }
 }
 

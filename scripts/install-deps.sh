@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that the build, the tests and the tools need.
-# Idempotent: does nothing (not even an index update) when all of them are present.
+# Installs the Debian packages that the build, the tests and the tools need, and any packages named
+# as arguments (the fuzz build adds clang and libFuzzer). Idempotent: does nothing (not even an index
+# update) when all of them are present.
 set -euo pipefail
 
 packages=(
@@ -13,6 +14,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libcli11-dev
   locales-all
+  "$@"
 )
 
 missing=()

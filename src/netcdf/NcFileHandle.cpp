@@ -8,6 +8,7 @@
 #include <map>
 #include <utility>
 
+#include <zorvodsg/netcdf/detail/ClassicHeader.h>
 #include <zorvodsg/values/Exception.h>
 #include <zorvodsg/values/NcLock.h>
 
@@ -83,6 +84,7 @@ NcFileHandle NcFileHandle::s_Open(const std::filesystem::path& path) {
     if (native.find("://") != std::string::npos) {
         throw ZorvoDSG::Exception(ENOENT, std::wstring(), path);
     }
+    detail::CheckClassicHeader(path);
     const ZorvoDSG::System::NcLock lock;
     int ncid = -1;
     if (const int status = nc_open(native.c_str(), NC_NOWRITE, &ncid); status != NC_NOERR) {

@@ -6,7 +6,6 @@
 
 #include <cctype>
 #include <filesystem>
-#include <iostream>
 #include <string>
 #include <typeinfo>
 #include <variant>
@@ -38,13 +37,7 @@ protected:
         const std::filesystem::path path = std::filesystem::temp_directory_path() /
                                            ("zdsg_hostile_" + std::to_string(::getpid()) + "_" + GetParam().name + ".nc");
         GetParam().write(path);
-        ReadSummary summary;
-        try {
-            summary = zdsg_fuzz::ReadEverything(path);
-        } catch (const std::bad_variant_access&) {
-            // An attribute that must be text and is not: the described refusal of such a file.
-            summary.refusals.push_back("an attribute that must be text is not");
-        }
+        const ReadSummary summary = zdsg_fuzz::ReadEverything(path);
         std::filesystem::remove(path);
         return summary;
     }
@@ -61,8 +54,6 @@ protected:
 TEST_P(HostileFiles, AreRefusedOrReadNeverCrash) {
     const ReadSummary summary = Read();
     EXPECT_TRUE(!summary.refusals.empty() || summary.cClasses > 0) << GetParam().name;
-    std::cout << GetParam().name << ": " << summary.cClasses << " classes, " << summary.cFeatures << " features; "
-              << AllRefusals(summary);
 }
 
 INSTANTIATE_TEST_SUITE_P(Generated, HostileFiles, ::testing::ValuesIn(zdsg_test::HostileFiles()),
