@@ -83,10 +83,22 @@ bool bSameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
     return std::filesystem::equivalent(a, b);
 }
 
-void CheckCompareMethod(uint32_t method) {
+// One list per class, of the variables `variablesOf` gives, sorted by the method; an empty class list
+// gives an empty result without checking the method.
+template <class Class, class VariablesOf>
+std::vector<std::vector<std::string>> VariableLists(const std::vector<std::shared_ptr<Class>>& classes, uint32_t method,
+                                                    VariablesOf&& variablesOf) {
+    if (classes.empty()) {
+        return {};
+    }
     if (method > kMaxCompareMethod) {
         throw std::runtime_error("invalid variable compare method");
     }
+    std::vector<std::vector<std::string>> lists;
+    for (const auto& featureClass : classes) {
+        lists.push_back(SortedFullNames(variablesOf(featureClass), method));
+    }
+    return lists;
 }
 
 }  // namespace
@@ -125,28 +137,16 @@ std::vector<std::shared_ptr<ZorvoDSG::BasicFeatureClass>> NetCDFWorkspace::Basic
 
 std::vector<std::vector<std::string>> NetCDFWorkspace::CommonInstanceVars(
     const std::vector<std::shared_ptr<ZorvoDSG::BasicFeatureClass>>& classes, uint32_t method) {
-    if (classes.empty()) {
-        return {};
-    }
-    CheckCompareMethod(method);
-    std::vector<std::vector<std::string>> lists;
-    for (const auto& featureClass : classes) {
-        lists.push_back(SortedFullNames(featureClass->InstanceVariables(), method));
-    }
-    return lists;
+    return VariableLists(classes, method, [](const auto& featureClass) -> const auto& {
+        return featureClass->InstanceVariables();
+    });
 }
 
 std::vector<std::vector<std::string>> NetCDFWorkspace::CommonObservationVars(
     const std::vector<std::shared_ptr<ZorvoDSG::BasicObservationFeatureClass>>& classes, uint32_t method) {
-    if (classes.empty()) {
-        return {};
-    }
-    CheckCompareMethod(method);
-    std::vector<std::vector<std::string>> lists;
-    for (const auto& featureClass : classes) {
-        lists.push_back(SortedFullNames(featureClass->ObservationVariables(), method));
-    }
-    return lists;
+    return VariableLists(classes, method, [](const auto& featureClass) -> const auto& {
+        return featureClass->ObservationVariables();
+    });
 }
 
 std::variant<std::shared_ptr<ZorvoDSG::IFeatureClass>, std::shared_ptr<ZorvoDSG::System::ILog>>

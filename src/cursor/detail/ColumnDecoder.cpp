@@ -77,12 +77,17 @@ ColumnDecoder::ColumnDecoder(const NcVariantArray& values, const PackedValue& pa
 }
 
 template <typename T>
+bool ColumnDecoder::bFill(T element) const {
+    T fill;
+    std::memcpy(&fill, m_fill.data(), sizeof(T));
+    return m_bFill && element == fill;
+}
+
+template <typename T>
 void ColumnDecoder::DecodeNumber(const ColumnDecoder& self, const NcVariantArray& values, size_t slot,
                                  const ZorvoDSG::Variable&, NcVariant& value) {
     const T element = values.Data<T>()[slot];
-    T fill;
-    std::memcpy(&fill, self.m_fill.data(), sizeof(T));
-    if (self.m_bFill && element == fill) {
+    if (self.bFill(element)) {
         AssignEmpty(value);
     } else {
         AssignInPlace<T>(value, element);
@@ -93,9 +98,7 @@ template <typename T>
 void ColumnDecoder::DecodePackedNumber(const ColumnDecoder& self, const NcVariantArray& values, size_t slot,
                                        const ZorvoDSG::Variable&, NcVariant& value) {
     const T element = values.Data<T>()[slot];
-    T fill;
-    std::memcpy(&fill, self.m_fill.data(), sizeof(T));
-    if (self.m_bFill && element == fill) {
+    if (self.bFill(element)) {
         AssignEmpty(value);
     } else {
         AssignInPlace<double>(value, static_cast<double>(element) * self.m_scale + self.m_offset);

@@ -42,6 +42,10 @@ private:
     static void DecodeAny(const ColumnDecoder& self, const ZorvoDSG::System::NcVariantArray& values, size_t slot,
                           const ZorvoDSG::Variable& variable, ZorvoDSG::System::NcVariant& value);
 
+    // Whether a number read is the fill value (the fill kept as bytes of the element type).
+    template <typename T>
+    bool bFill(T element) const;
+
     DecodeFn m_decode = &DecodeAny;
     PackedValue m_packing;
     bool m_bFill = false;                    // numbers: whether a fill value is compared
