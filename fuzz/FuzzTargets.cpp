@@ -73,8 +73,10 @@ uint64_t ReadClass(ZorvoDSG::BasicFeatureClass& featureClass) {
 }
 
 // The refusals the library documents: its Exception, the standard runtime errors with fixed texts of
-// the metadata model ("invalid dimensions for variable", ...), and the bad variant access of an
-// attribute read as text that is not. Anything else escaping is a finding.
+// the metadata model ("invalid dimensions for variable", ...), the invalid-argument and out-of-range
+// errors of reading a text as a number, the bad variant access of an attribute read as text that is
+// not, and the thrown texts of value conversions. Anything else escaping (bad_alloc included) is a
+// finding.
 template <class Read>
 bool bRefused(Read&& read, std::vector<std::string>& refusals) {
     try {
@@ -83,6 +85,10 @@ bool bRefused(Read&& read, std::vector<std::string>& refusals) {
     } catch (const ZorvoDSG::Exception& e) {
         refusals.push_back(ZorvoDSG::Host::WideToUtf8(e.ToString().Str()));
     } catch (const std::runtime_error& e) {
+        refusals.push_back(e.what());
+    } catch (const std::invalid_argument& e) {
+        refusals.push_back(e.what());
+    } catch (const std::out_of_range& e) {
         refusals.push_back(e.what());
     } catch (const std::bad_variant_access&) {
         refusals.push_back("an attribute that must be text holds another type");

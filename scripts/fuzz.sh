@@ -26,13 +26,16 @@ for target in netcdf ncml units; do
   fi
   mkdir -p "$corpus"
   echo "fuzz_$target: ${limit[*]}" >&2
+  set +e
   build-fuzz/fuzz/fuzz_$target "${limit[@]}" -dict=fuzz/cf.dict -rss_limit_mb=2048 -timeout=30 \
     -print_final_stats=1 -artifact_prefix="build-fuzz/artifacts/$target-" \
-    "$corpus" "build-fuzz/fuzz/seeds/$target" "fuzz/regressions/$target" 2>&1 | grep -E '^(#[0-9]+ +DONE|stat::|==[0-9]+==|SUMMARY)' || true
-  status=${PIPESTATUS[0]}
+    "$corpus" "build-fuzz/fuzz/seeds/$target" "fuzz/regressions/$target" >"build-fuzz/fuzz_$target.log" 2>&1
+  status=$?
+  set -e
+  grep -E '^(#[0-9]+ +(INITED|DONE)|stat::|==[0-9]+==|SUMMARY)' "build-fuzz/fuzz_$target.log" >&2 || true
   if [ $# -eq 0 ]; then rm -rf "$corpus"; fi
   if [ "$status" -ne 0 ]; then
-    echo "fuzz_$target failed; the input is in build-fuzz/artifacts/" >&2
+    echo "fuzz_$target failed (build-fuzz/fuzz_$target.log); the input is in build-fuzz/artifacts/" >&2
     exit "$status"
   fi
 done

@@ -44,7 +44,8 @@ void BasicProfileFeatureClass::BuildCRASchema() {
     const std::vector<long> rowCountVars = RaggedDiscovery(m_observationVariables, log);
     CheckRaggedConsistency(m_observationVariables, false);
     const bool bTimeSeries = m_featureType == eFeatureTimeSeries;
-    const ZorvoDSG::ObservationVariable& first = m_observationVariables.front();
+    // A copy: adding the ancillary variables below may move the list.
+    const ZorvoDSG::ObservationVariable first = m_observationVariables.front();
     AssignCoordinateVars(first.ArrayAttributeValue("coordinates"), nullptr, !bTimeSeries, bTimeSeries);
     AddRaggedInstanceVariables();
     AddAVarsToOVars(log);
