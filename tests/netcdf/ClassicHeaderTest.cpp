@@ -56,6 +56,10 @@ TEST_F(ClassicHeader, CountsBeyondTheFileAreRefused) {
     const std::string found = Read(std::filesystem::path(ZDSG_SOURCE_DIR) / "fuzz" / "regressions" / "netcdf" /
                                    "variable_of_a_billion_dimensions.nc");
     EXPECT_EQ(Status(found), NC_ENOTNC);
+    // A dimension name longer than netCDF-C's buffers (the first name's length is at offset 16).
+    bytes = example;
+    bytes.replace(16, 4, std::string("\0\0\x01\x01", 4));
+    EXPECT_EQ(Status(bytes), NC_ENOTNC);
 }
 
 }  // namespace

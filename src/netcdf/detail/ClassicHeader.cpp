@@ -43,9 +43,14 @@ public:
         m_position += bytes;
         m_in.seekg(static_cast<std::streamoff>(m_position));
     }
-    // A name: its length, then its bytes padded to 4.
+    // A name: its length, then its bytes padded to 4. netCDF-C copies names into buffers of
+    // NC_MAX_NAME + 1 characters without checking what the header says their length is.
     void SkipName() {
         const uint64_t length = Size();
+        if (length > NC_MAX_NAME) {
+            Refuse("a name of " + std::to_string(length) + " characters (netCDF allows " +
+                   std::to_string(NC_MAX_NAME) + ")");
+        }
         Skip((length + 3) / 4 * 4);
     }
 

@@ -1,8 +1,10 @@
 #pragma once
 // A check of a classic (CDF-1, CDF-2, CDF-5) header before netCDF-C reads it. netCDF-C allocates what
 // the header's counts declare (dimensions, attributes, variables, a variable's dimensions) before it
-// finds out whether the file holds them, so a header of a few bytes can ask for gigabytes. Here every
-// count is held against the bytes left in the file, which the items it counts must occupy.
+// finds out whether the file holds them, so a header of a few bytes can ask for gigabytes, and it copies
+// names into buffers of NC_MAX_NAME + 1 characters whatever their declared length. Here every count is
+// held against the bytes left in the file, which the items it counts must occupy, and every name
+// against NC_MAX_NAME.
 
 #include <filesystem>
 
