@@ -6,6 +6,7 @@
 #include <fstream>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
@@ -135,9 +136,11 @@ void CheckClassicHeader(const std::filesystem::path& path) {
     header.Size();  // the record count
     const uint64_t minSize = magic[3] == 5 ? 8 : 4;
     const uint64_t cDimensions = ListCount(header, kDimensionTag, 2 * minSize, "dimensions");
+    std::vector<bool> bRecord;  // per dimension: length 0, the record dimension
+    bRecord.reserve(cDimensions);
     for (uint64_t i = 0; i < cDimensions; ++i) {
         header.SkipName();
-        header.Size();
+        bRecord.push_back(header.Size() == 0);
     }
     SkipAttributes(header, minSize);
     const uint64_t cVariables = ListCount(header, kVariableTag, 6 * minSize, "variables");
@@ -145,9 +148,21 @@ void CheckClassicHeader(const std::filesystem::path& path) {
         header.SkipName();
         const uint64_t cDims = header.Size();
         header.CheckCount(cDims, minSize, "dimensions of a variable");
-        header.Skip(cDims * minSize);
+        for (uint64_t d = 0; d < cDims; ++d) {
+            // netCDF-C indexes its dimensions with these ids, and divides by the lengths of all but a
+            // leading record dimension.
+            const uint64_t id = header.Size();
+            if (id >= cDimensions) {
+                header.Refuse("a variable names dimension " + std::to_string(id) + " of " + std::to_string(cDimensions));
+            }
+            if (d > 0 && bRecord[id]) {
+                header.Refuse("a variable has the record dimension in another place than the first");
+            }
+        }
         SkipAttributes(header, minSize);
-        header.Int32();   // type
+        if (TypeBytes(header.Int32()) == 0) {
+            header.Refuse("a variable of an unknown type");
+        }
         header.Size();    // size
         header.Offset();  // begin
     }
