@@ -32,7 +32,7 @@ for target in netcdf ncml units; do
     "$corpus" "build-fuzz/fuzz/seeds/$target" "fuzz/regressions/$target" >"build-fuzz/fuzz_$target.log" 2>&1
   status=$?
   set -e
-  grep -E '^(#[0-9]+ +(INITED|DONE)|stat::|==[0-9]+==|SUMMARY)' "build-fuzz/fuzz_$target.log" >&2 || true
+  grep -E '^(#[0-9]+[[:space:]]+(INITED|DONE)|stat::|==[0-9]+==|SUMMARY)' "build-fuzz/fuzz_$target.log" >&2 || true
   if [ $# -eq 0 ]; then rm -rf "$corpus"; fi
   if [ "$status" -ne 0 ]; then
     echo "fuzz_$target failed (build-fuzz/fuzz_$target.log); the input is in build-fuzz/artifacts/" >&2
