@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <type_traits>
 
 namespace ZorvoDSG::System {
 
@@ -25,11 +26,36 @@ inline constexpr uint64_t kMaxValuesPerRead = uint64_t{1} << 27;
 inline constexpr uint64_t kMaxGroups = 10'000;
 inline constexpr uint64_t kMaxGroupDepth = 64;
 
-// Throws Exception eNotDSGConformant, detail "<what> <value> exceeds the limit of <limit>", with
-// `path`, when `value` is above `limit`.
-void CheckResourceLimit(uint64_t value, uint64_t limit, const std::string& what, const std::filesystem::path& path);
+// Throws Exception eNotDSGConformant, detail "<what> <value> exceeds the limit of <limit>".
+[[noreturn]] void ThrowLimitExceeded(const std::string& what, const std::string& value, uint64_t limit,
+                                     const std::filesystem::path& path);
+
+// `what` is a text, or a function giving it: cursors check once per feature, and the text is only
+// made for a file that is refused.
+template <class What>
+std::string DescribeLimited(const What& what) {
+    if constexpr (std::is_invocable_v<const What&>) {
+        return what();
+    } else {
+        return std::string(what);
+    }
+}
+
+// Throws as ThrowLimitExceeded when `value` is above `limit`.
+template <class What>
+void CheckResourceLimit(uint64_t value, uint64_t limit, const What& what, const std::filesystem::path& path) {
+    if (value > limit) [[unlikely]] {
+        ThrowLimitExceeded(DescribeLimited(what), std::to_string(value), limit, path);
+    }
+}
+
 // a * b, checked against `limit` as CheckResourceLimit does, without overflowing on the way.
-uint64_t LimitedProduct(uint64_t a, uint64_t b, uint64_t limit, const std::string& what,
-                        const std::filesystem::path& path);
+template <class What>
+uint64_t LimitedProduct(uint64_t a, uint64_t b, uint64_t limit, const What& what, const std::filesystem::path& path) {
+    if (b != 0 && a > limit / b) [[unlikely]] {
+        ThrowLimitExceeded(DescribeLimited(what), std::to_string(a) + " x " + std::to_string(b), limit, path);
+    }
+    return a * b;
+}
 
 }  // namespace ZorvoDSG::System

@@ -68,7 +68,7 @@ bool NetCDFBasicTrajectoryFeatureCursor::ReadVertices(TrajectoryFeature& feature
     }
     const uint64_t first = rows.Offset(m_position);
     ZorvoDSG::System::CheckResourceLimit(n, ZorvoDSG::System::kMaxObservationsPerFeature,
-                                         "observations of trajectory " + std::to_string(m_position), m_reader.Path());
+                                         [this] { return "observations of trajectory " + std::to_string(m_position); }, m_reader.Path());
     feature.SetReserved(VertexCount(n));
     m_coordinates[0].CopyDoubles(m_reader, first, n, m_x);
     m_coordinates[1].CopyDoubles(m_reader, first, n, m_y);

@@ -74,7 +74,7 @@ void NetCDFProfileCursorImpl::ReadGeometry(ZorvoDSG::ProfileFeature& feature) {
         throw ZorvoDSG::Exception(ZorvoDSG::eInternalError, L"profile longer than 2147483647 values", m_reader.Path());
     }
     ZorvoDSG::System::CheckResourceLimit(m_buffer.size(), ZorvoDSG::System::kMaxObservationsPerFeature,
-                                         "observations of profile " + std::to_string(m_position), m_reader.Path());
+                                         [this] { return "observations of profile " + std::to_string(m_position); }, m_reader.Path());
     const auto n = static_cast<long>(m_buffer.size());
     feature.SetReserved(n);
     ZorvoDSG::SpaceTime::WKSProfile& profile = feature.wksProfile();

@@ -67,7 +67,7 @@ void RunSource::Read(NcSlabReader& reader, uint64_t instance, NcVariantArray& ou
     SelectColumn(instance);
     const long width = ObservationStringWidth(m_variable);
     ZorvoDSG::System::CheckResourceLimit(SlabElements(m_count), ZorvoDSG::System::kMaxValuesPerRead,
-                                         "values of " + m_variable.Name() + " for one feature", reader.Path());
+                                         [this] { return "values of " + m_variable.Name() + " for one feature"; }, reader.Path());
     const size_t cValues = SlabElements(m_count) / static_cast<size_t>(width);
     if (out.ElementType() != m_variable.Type() || out.StringWidth() != static_cast<size_t>(width)) {
         out = NcVariantArray(m_variable.Type(), m_fill, static_cast<long>(cValues), width);
@@ -86,7 +86,7 @@ void RunSource::ReadDoubles(NcSlabReader& reader, uint64_t instance, std::vector
     }
     SelectColumn(instance);
     ZorvoDSG::System::CheckResourceLimit(SlabElements(m_count), ZorvoDSG::System::kMaxValuesPerRead,
-                                         "values of " + m_variable.Name() + " for one feature", reader.Path());
+                                         [this] { return "values of " + m_variable.Name() + " for one feature"; }, reader.Path());
     out.resize(SlabElements(m_count));
     reader.ReadDoubles(m_variable, m_start, m_count, out.data());
 }

@@ -122,7 +122,7 @@ void SampleWindow::Cover(NcSlabReader& reader, uint64_t first, uint64_t n, bool 
 uint64_t SampleWindow::LimitedValues(uint64_t n, const std::filesystem::path& path) const {
     const auto width = static_cast<uint64_t>(m_stringWidth);
     return ZorvoDSG::System::LimitedProduct(n, m_valuesPerElement * width, ZorvoDSG::System::kMaxValuesPerRead,
-                                            "values of " + m_variable.Name() + " read at once", path) /
+                                            [this] { return "values of " + m_variable.Name() + " read at once"; }, path) /
            width;
 }
 
