@@ -121,7 +121,8 @@ public:
     void RemoveDirectory(std::filesystem::path directory);
     // Replaces the entries by `paths` (files by their extension, directories otherwise): files already
     // open are kept, new ones opened, records no path reaches any more removed (message 2). Refused
-    // under several connections (a log with message 20).
+    // under several connections (a log with message 20). A path that cannot be opened throws as
+    // AddFile or AddDirectory would, and the entries and records are then left as they were.
     std::shared_ptr<ZorvoDSG::System::ILog> ReconcileEntries(const std::vector<std::filesystem::path>& paths,
                                                              ZorvoDSG::eFeatureType hint,
                                                              ZorvoDSG::Host::IXMLDOMDocument* ncml, bool includeSubdirs);

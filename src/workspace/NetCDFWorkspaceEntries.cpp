@@ -229,12 +229,16 @@ std::shared_ptr<ZorvoDSG::System::ILog> NetCDFWorkspace::ReconcileEntries(
         return log;
     }
     m_log.Clear();
+    // A path that cannot be opened ends the reconciliation with its exception; the workspace is then
+    // left as it was before, not with half of the new list (the log keeps what was tried).
+    const std::vector<Entry> previousEntries = m_entries;
+    const std::list<FileRecord> previousFiles = m_files;
     m_entries.clear();
     for (FileRecord& record : m_files) {
         record.bSeen = false;
     }
-    {
-        const ReconcilingScope reconciling(m_bReconciling);
+    const ReconcilingScope reconciling(m_bReconciling);
+    try {
         for (const auto& path : paths) {
             if (detail::bHasNetCDFExtension(path)) {
                 AddFileLocked(path, hint, ncml);
@@ -242,13 +246,17 @@ std::shared_ptr<ZorvoDSG::System::ILog> NetCDFWorkspace::ReconcileEntries(
                 AddDirectoryLocked(path, hint, ncml, includeSubdirs);
             }
         }
-        for (auto record = m_files.begin(); record != m_files.end();) {
-            if (!record->bSeen) {
-                m_log.AddMessage(eLogFileRecordRemoved, record->file->NcPath().wstring());
-                record = m_files.erase(record);
-            } else {
-                ++record;
-            }
+    } catch (...) {
+        m_entries = previousEntries;
+        m_files = previousFiles;
+        throw;
+    }
+    for (auto record = m_files.begin(); record != m_files.end();) {
+        if (!record->bSeen) {
+            m_log.AddMessage(eLogFileRecordRemoved, record->file->NcPath().wstring());
+            record = m_files.erase(record);
+        } else {
+            ++record;
         }
     }
     return std::make_shared<NetCDFWorkspaceLog>(m_log);

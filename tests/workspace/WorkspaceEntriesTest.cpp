@@ -147,6 +147,28 @@ TEST_F(WorkspaceEntries, ReconcileDropsWhatIsNoLongerNamedAndKeepsWhatIs) {
     ASSERT_EQ(m_workspace->Entries().size(), 1u);
 }
 
+TEST_F(WorkspaceEntries, AReconcileThatThrowsLeavesTheWorkspaceAsItWas) {
+    const auto a = Copy(ExamplePath("point_observations.nc"), "a.nc");
+    const auto c = Copy(ExamplePath("profile_orthogonal.nc"), "c.nc4");
+    const auto bogus = Write("bogus.nc", "not a netCDF file");
+    m_workspace->AddFile(a, ZorvoDSG::eFeatureUnknown, nullptr);
+    m_workspace->AddFile(c, ZorvoDSG::eFeatureUnknown, nullptr);
+    const auto d = Copy(ExamplePath("timeseries_projected.nc"), "d.nc");
+
+    EXPECT_THROW(m_workspace->ReconcileEntries({d, bogus}, ZorvoDSG::eFeatureUnknown, nullptr, false),
+                 ZorvoDSG::Exception);
+    EXPECT_THAT(RecordFiles(), ElementsAre("c.nc4", "a.nc"));
+    ASSERT_EQ(m_workspace->Entries().size(), 2u);
+    EXPECT_EQ(m_workspace->Entries()[1].path, c);
+    EXPECT_THROW(m_workspace->ReconcileEntries({a, m_dir / "missing"}, ZorvoDSG::eFeatureUnknown, nullptr, false),
+                 std::filesystem::filesystem_error);
+    EXPECT_THAT(RecordFiles(), ElementsAre("c.nc4", "a.nc"));
+
+    // The flags of the failed attempt do not protect a record from a later remove.
+    m_workspace->RemoveFile(a);
+    EXPECT_THAT(RecordFiles(), ElementsAre("c.nc4"));
+}
+
 TEST_F(WorkspaceEntries, ChangesAreRefusedUnderSeveralConnections) {
     m_workspace->AddFile(ExamplePath("point_observations.nc"), ZorvoDSG::eFeatureUnknown, nullptr);
     m_workspace->Connect();
