@@ -9,6 +9,7 @@
 #include <zorvodsg/values/LogCodes.h>
 #include <zorvodsg/workspace/detail/AtomicFile.h>
 #include <zorvodsg/workspace/detail/WorkspaceConf.h>
+#include <zorvodsg/workspace/detail/WorkspacePaths.h>
 
 using ZorvoDSG::Host::IXMLDOMDocument;
 using ZorvoDSG::Host::IXMLDOMDocumentPtr;
@@ -70,6 +71,8 @@ NetCDFWorkspace::NetCDFWorkspace(std::filesystem::path path) : m_path(std::move(
 NetCDFWorkspace::~NetCDFWorkspace() = default;
 
 std::shared_ptr<NetCDFWorkspace> NetCDFWorkspace::s_Create(std::filesystem::path path) {
+    // "ws/" would otherwise have "ws" as its parent, made below, and then be refused as existing.
+    path = detail::NormalisedPath(path);
     if (std::filesystem::exists(path)) {
         throw ZorvoDSG::Exception(ZorvoDSG::eNetCDFWorkspaceExists, L"NetCDF workspace already exists", path);
     }
@@ -90,7 +93,7 @@ std::shared_ptr<NetCDFWorkspace> NetCDFWorkspace::s_Create(std::filesystem::path
 }
 
 std::shared_ptr<NetCDFWorkspace> NetCDFWorkspace::s_Open(const std::filesystem::path& path) {
-    return std::shared_ptr<NetCDFWorkspace>(new NetCDFWorkspace(path));
+    return std::shared_ptr<NetCDFWorkspace>(new NetCDFWorkspace(detail::NormalisedPath(path)));
 }
 
 std::shared_ptr<NetCDFWorkspace> NetCDFWorkspace::s_GetInMemoryWorkspace() {

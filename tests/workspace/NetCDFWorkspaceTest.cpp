@@ -31,6 +31,14 @@ TEST_F(WorkspaceLifecycle, CreateMakesNestedDirectoriesAndCommitWritesAnEmptyDoc
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path), {}), 1);  // no temporary left
 }
 
+TEST_F(WorkspaceLifecycle, ATrailingSlashNamesTheSameDirectory) {
+    const auto workspace = NetCDFWorkspace::s_Create((m_dir / "a" / "ws").string() + "/");
+    EXPECT_EQ(workspace->Path(), m_dir / "a" / "ws");
+    workspace->Commit(nullptr);
+    EXPECT_EQ(NetCDFWorkspace::s_Open((m_dir / "a" / "ws").string() + "/")->Path(), m_dir / "a" / "ws");
+    EXPECT_THROW(NetCDFWorkspace::s_Create((m_dir / "a" / "ws").string() + "/"), ZorvoDSG::Exception);
+}
+
 TEST_F(WorkspaceLifecycle, CreateRefusesAnExistingPathAndLeavesItAlone) {
     const auto mine = Write("mine.txt", "keep");
     try {
@@ -120,9 +128,13 @@ TEST_F(WorkspaceLifecycle, DeleteRemovesOnlyWhatTheWorkspaceWrote) {
     auto workspace = NetCDFWorkspace::s_Create(path);
     workspace->Commit(nullptr);
     std::ofstream(path / "data.nc") << "a user's file";
+    std::ofstream(path / "conf.json.backup") << "a user's copy";
+    std::ofstream(path / "conf.json.zdsg-tmp-Ab12Cd") << "left by a failed write";
     workspace->Delete();
     EXPECT_FALSE(std::filesystem::exists(path / "conf.json"));
+    EXPECT_FALSE(std::filesystem::exists(path / "conf.json.zdsg-tmp-Ab12Cd"));
     EXPECT_TRUE(std::filesystem::exists(path / "data.nc"));
+    EXPECT_TRUE(std::filesystem::exists(path / "conf.json.backup"));
 
     const auto empty = m_dir / "empty";
     workspace = NetCDFWorkspace::s_Create(empty);

@@ -33,7 +33,8 @@ mode_t ProcessUmask() {
 // The temporary file: removed unless it was renamed into place.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const std::filesystem::path& target) : m_name(target.string() + ".XXXXXX") {
+    explicit TemporaryFile(const std::filesystem::path& target)
+        : m_name(target.string() + std::string(kTemporaryMarker) + std::string(kTemporaryRandomChars, 'X')) {
         m_fd = ::mkstemp(m_name.data());
         if (m_fd < 0) {
             Fail("mkstemp", target, errno);
@@ -85,6 +86,11 @@ private:
 };
 
 }  // namespace
+
+bool bTemporaryFileName(std::string_view name, std::string_view target) {
+    return name.size() == target.size() + kTemporaryMarker.size() + kTemporaryRandomChars &&
+           name.substr(0, target.size()) == target && name.substr(target.size(), kTemporaryMarker.size()) == kTemporaryMarker;
+}
 
 void ReplaceFileContent(const std::filesystem::path& path, std::string_view text) {
     TemporaryFile temporary(path);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <zorvodsg/values/Exception.h>
+#include <zorvodsg/workspace/detail/AtomicFile.h>
 
 namespace ZorvoNetCDFDSG::detail {
 
@@ -40,10 +41,9 @@ ConfEntry ParseEntry(const rapidjson::Value& entry) {
     return {std::filesystem::path(std::string(path.GetString(), path.GetStringLength())), includeSubdirs.GetBool()};
 }
 
-// conf.json's own name, or the name of a temporary file made to replace it ("conf.json.XXXXXX").
+// conf.json itself, or a temporary file that a failed write of it left.
 bool bConfFileName(const std::string& name) {
-    const std::string conf = kConfFileName;
-    return name == conf || (name.size() == conf.size() + 7 && name.compare(0, conf.size() + 1, conf + ".") == 0);
+    return name == kConfFileName || bTemporaryFileName(name, kConfFileName);
 }
 
 }  // namespace
