@@ -157,7 +157,7 @@ std::filesystem::path ExamplePath(const std::string& name) { return std::filesys
 
 std::filesystem::path ScratchDirectory(const std::string& name) {
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    std::filesystem::path dir = std::filesystem::current_path() / "scratch" /
+    std::filesystem::path dir = std::filesystem::path(ZDSG_TOOL_SCRATCH_DIR) /
                                 (std::string(info->test_suite_name()) + "." + info->name()) / name;
     std::filesystem::remove_all(dir);
     std::filesystem::create_directories(dir);

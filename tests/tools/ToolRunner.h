@@ -23,7 +23,7 @@ ToolRun RunTool(const std::vector<std::string>& arguments, const std::vector<std
 
 std::filesystem::path ExamplePath(const std::string& name);
 
-// A fresh directory under the test's working directory, removed and re-created.
+// A fresh directory under the tests' build directory, removed and re-created.
 std::filesystem::path ScratchDirectory(const std::string& name);
 void WriteFile(const std::filesystem::path& path, const std::string& content);
 
