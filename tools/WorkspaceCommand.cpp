@@ -155,6 +155,36 @@ int RunList(const WorkspaceOptions& options) {
     return bRefused ? eExitRefused : eExitOk;
 }
 
+// `path` itself or below `directory`, component by component (both absolute and normalised).
+bool bWithin(const fs::path& path, const fs::path& directory) {
+    const fs::path relative = path.lexically_relative(directory);
+    return !relative.empty() && *relative.begin() != "..";
+}
+
+fs::path NormalAbsolutePath(const std::string& path) {
+    fs::path normal = AbsolutePath(path).lexically_normal();
+    if (!normal.has_filename() && normal.has_relative_path()) {
+        normal = normal.parent_path();  // "dir/" is "dir"
+    }
+    return normal;
+}
+
+// Why `path` cannot be removed, or empty when it can: a path that no entry lies within is either not
+// in the workspace or found through a directory entry, which the next run would scan again.
+std::string WhyNotRemovable(const NetCDFWorkspace& workspace, const fs::path& path) {
+    const auto entries = workspace.Entries();
+    if (std::any_of(entries.begin(), entries.end(), [&](const auto& entry) { return bWithin(entry.path, path); })) {
+        return {};
+    }
+    for (const auto& entry : entries) {
+        if (bWithin(path, entry.path)) {
+            return "found through the directory entry " + entry.path.string() +
+                   ", which the next run scans again; remove that entry, or move the file out of it";
+        }
+    }
+    return "not in the workspace";
+}
+
 int RunRemove(const WorkspaceOptions& options) {
     auto opened = OpenWorkspace(options);
     if (!opened) {
@@ -162,16 +192,17 @@ int RunRemove(const WorkspaceOptions& options) {
     }
     NetCDFWorkspace& workspace = *opened->workspace;
     workspace.Refresh(nullptr);
-    bool bMissing = false;
-    for (const std::string& path : options.paths) {
-        const auto entriesBefore = workspace.Entries();
-        const long cRemoved = workspace.CurrentLog().cMessages();
-        workspace.RemoveDirectory(AbsolutePath(path));  // a file, or a directory with everything below it
-        const auto entriesAfter = workspace.Entries();
-        if (entriesAfter.size() == entriesBefore.size() && workspace.CurrentLog().cMessages() == cRemoved) {
-            Report(path + ": not in the workspace");
-            bMissing = true;
+    bool bRefused = false;
+    for (const std::string& argument : options.paths) {
+        const fs::path path = NormalAbsolutePath(argument);
+        if (const std::string why = WhyNotRemovable(workspace, path); !why.empty()) {
+            Report(argument + ": " + why);
+            bRefused = true;
+            continue;
         }
+        const auto entriesBefore = workspace.Entries();
+        workspace.RemoveDirectory(path);  // a file, or a directory with every entry below it
+        const auto entriesAfter = workspace.Entries();
         for (const auto& entry : entriesBefore) {
             const bool bKept = std::any_of(entriesAfter.begin(), entriesAfter.end(),
                                            [&](const auto& kept) { return kept.path == entry.path; });
@@ -187,7 +218,7 @@ int RunRemove(const WorkspaceOptions& options) {
     if (!Commit(workspace)) {
         return eExitRefused;
     }
-    return bMissing ? eExitRefused : eExitOk;
+    return bRefused ? eExitRefused : eExitOk;
 }
 
 // The files conf.json recorded against the files found now, from the entries, on the disk.

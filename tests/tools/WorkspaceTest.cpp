@@ -63,7 +63,11 @@ TEST(WorkspaceCommand, ACatalogueSurvivesFromRunToRun) {
     EXPECT_EQ(run.exitStatus, 0) << run.err;
     EXPECT_NE(run.out.find("removed " + (root / "data" / "sub" / "b.nc").string()), std::string::npos) << run.out;
 
-    run = Workspace({"remove", ws, ExamplePath("two_groups.nc").string()});
+    // A file reached only through the directory entry would come back with the next scan.
+    run = Workspace({"remove", ws, (root / "data" / "a.nc").string()});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_NE(run.err.find("directory entry " + (root / "data").string()), std::string::npos) << run.err;
+    run = Workspace({"remove", ws, ExamplePath("two_groups.nc").string() + "/"});
     EXPECT_EQ(run.exitStatus, 0) << run.err;
     EXPECT_EQ(Workspace({"remove", ws, "/nowhere.nc"}).exitStatus, 1);
     run = Workspace({"list", ws, "--json"});
