@@ -11,6 +11,7 @@
 #include "Names.h"
 #include "Progress.h"
 #include "RunSetup.h"
+#include "WorkspaceLock.h"
 #include "WorkspaceReport.h"
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/LogCodes.h>
@@ -47,13 +48,17 @@ bool ReportRefusals(const ZorvoDSG::System::ILog& log) {
     return !refused.empty();
 }
 
-// What every action but create starts with: the workspace and the files of its entries, open.
+// What every action but create starts with: the workspace and the files of its entries, open; for an
+// action that changes it, locked until the run ends.
 struct OpenedWorkspace {
+    std::optional<WorkspaceLock> lock;
     std::shared_ptr<NetCDFWorkspace> workspace;
     RunResources resources;
 };
 
-std::optional<OpenedWorkspace> OpenWorkspace(const WorkspaceOptions& options) {
+enum class Access { eRead, eChange };
+
+std::optional<OpenedWorkspace> OpenWorkspace(const WorkspaceOptions& options, Access access) {
     OpenedWorkspace opened;
     if (!LoadRunResources(options.udunits, options.ncml, opened.resources)) {
         return std::nullopt;
@@ -63,6 +68,14 @@ std::optional<OpenedWorkspace> OpenWorkspace(const WorkspaceOptions& options) {
     if (fs::is_directory(options.directory, ec) && !fs::exists(fs::path(options.directory) / "conf.json", ec)) {
         Report(options.directory + ": not a workspace (no conf.json); make one with 'zdsg workspace create'");
         return std::nullopt;
+    }
+    if (access == Access::eChange && fs::is_directory(options.directory, ec)) {
+        std::string error;
+        opened.lock = WorkspaceLock::s_Acquire(options.directory, error);
+        if (!opened.lock) {
+            Report(error);
+            return std::nullopt;
+        }
     }
     try {
         opened.workspace = NetCDFWorkspace::s_Open(options.directory);
@@ -97,7 +110,7 @@ int RunCreate(const WorkspaceOptions& options) {
 }
 
 int RunAdd(const WorkspaceOptions& options) {
-    auto opened = OpenWorkspace(options);
+    auto opened = OpenWorkspace(options, Access::eChange);
     if (!opened) {
         return eExitRefused;
     }
@@ -142,7 +155,7 @@ int RunAdd(const WorkspaceOptions& options) {
 }
 
 int RunList(const WorkspaceOptions& options) {
-    auto opened = OpenWorkspace(options);
+    auto opened = OpenWorkspace(options, Access::eRead);
     if (!opened) {
         return eExitRefused;
     }
@@ -186,7 +199,7 @@ std::string WhyNotRemovable(const NetCDFWorkspace& workspace, const fs::path& pa
 }
 
 int RunRemove(const WorkspaceOptions& options) {
-    auto opened = OpenWorkspace(options);
+    auto opened = OpenWorkspace(options, Access::eChange);
     if (!opened) {
         return eExitRefused;
     }
@@ -223,11 +236,11 @@ int RunRemove(const WorkspaceOptions& options) {
 
 // The files conf.json recorded against the files found now, from the entries, on the disk.
 int RunReconcile(const WorkspaceOptions& options) {
-    const std::set<std::string> recorded = RecordedFiles(fs::path(options.directory) / "conf.json");
-    auto opened = OpenWorkspace(options);
+    auto opened = OpenWorkspace(options, Access::eChange);
     if (!opened) {
         return eExitRefused;
     }
+    const std::set<std::string> recorded = RecordedFiles(fs::path(options.directory) / "conf.json");
     NetCDFWorkspace& workspace = *opened->workspace;
     const bool bRefused = ReportRefusals(workspace.CurrentLog());
     std::set<std::string> found;
@@ -255,7 +268,7 @@ int RunQuery(const WorkspaceOptions& options) {
         Report("workspace query: give exactly one of --type and --name");
         return eExitUsage;
     }
-    auto opened = OpenWorkspace(options);
+    auto opened = OpenWorkspace(options, Access::eRead);
     if (!opened) {
         return eExitRefused;
     }

@@ -23,7 +23,8 @@ constexpr auto kTimeLimit = std::chrono::seconds(300);
 struct Pipe {
     int fd[2] = {-1, -1};
     Pipe() {
-        if (pipe(fd) != 0) {
+        // Close-on-exec, so that a child spawned by another thread does not hold this pipe open.
+        if (pipe2(fd, O_CLOEXEC) != 0) {
             fd[0] = fd[1] = -1;
         }
     }

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "ToolRunner.h"
@@ -74,6 +75,29 @@ TEST(WorkspaceCommand, ACatalogueSurvivesFromRunToRun) {
     ASSERT_TRUE(ParseObject(run, list));
     EXPECT_EQ(list["entries"].Size(), 1u);
     EXPECT_EQ(list["datasets"].Size(), 1u);
+}
+
+TEST(WorkspaceCommand, ConcurrentRunsKeepEveryEntry) {
+    const fs::path root = ScratchDirectory("workspace_concurrent");
+    const std::string ws = (root / "ws").string();
+    ASSERT_EQ(Workspace({"create", ws}).exitStatus, 0);
+    constexpr int cRuns = 6;
+    std::vector<ToolRun> runs(cRuns);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < cRuns; ++i) {
+        const fs::path file = root / ("f" + std::to_string(i) + ".nc");
+        fs::copy_file(ExamplePath("point_observations.nc"), file);
+        threads.emplace_back([&runs, i, ws, file] { runs[i] = Workspace({"add", ws, file.string()}); });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    for (const auto& run : runs) {
+        EXPECT_EQ(run.exitStatus, 0) << run.err;
+    }
+    rapidjson::Document list;
+    ASSERT_TRUE(ParseObject(Workspace({"list", ws, "--json"}), list));
+    EXPECT_EQ(list["entries"].Size(), static_cast<unsigned>(cRuns));
 }
 
 TEST(WorkspaceCommand, RefusedFilesAreReportedAndTheRestIsKept) {
