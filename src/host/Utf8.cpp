@@ -111,4 +111,6 @@ std::string WideToUtf8(std::wstring_view wide) {
     return out;
 }
 
+bool bIsValidUtf8(std::string_view text) { return WideToUtf8(Utf8ToWide(text)) == text; }
+
 }  // namespace ZorvoDSG::Host

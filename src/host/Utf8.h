@@ -9,5 +9,7 @@ namespace ZorvoDSG::Host {
 
 std::wstring Utf8ToWide(std::string_view utf8);
 std::string WideToUtf8(std::wstring_view wide);
+// Whether the bytes are well-formed UTF-8 (they then survive a round trip through wide text).
+bool bIsValidUtf8(std::string_view text);
 
 }  // namespace ZorvoDSG::Host

@@ -106,7 +106,8 @@ public:
     // Adds a file entry and opens the file (once, however often it is added). `hint` is the feature
     // type assumed for files that declare none; `ncml` (or null) amends every file opened. A file that
     // cannot be opened throws (its entry stays); a group without a usable feature class is dropped,
-    // or throws when the workspace is left without any record.
+    // or throws when the workspace is left without any record. A workspace directory refuses a path
+    // that is not UTF-8 (filesystem_error, illegal_byte_sequence): conf.json could not record it.
     void AddFile(std::filesystem::path file, ZorvoDSG::eFeatureType hint, ZorvoDSG::Host::IXMLDOMDocument* ncml,
                  bool unused = false);
     // Adds a directory entry and opens every file in it ending exactly in ".nc" or ".nc4" (with

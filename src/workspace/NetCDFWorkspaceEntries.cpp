@@ -7,6 +7,7 @@
 #include <exception>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <variant>
 
 #include <zorvodsg/host/Utf8.h>
@@ -42,12 +43,25 @@ std::wstring WhatOf(const std::exception& e) {
     return ZorvoDSG::Host::Utf8ToWide(e.what());
 }
 
+// Paths are UTF-8 bytes here; path::wstring() would convert through the C library's locale and
+// throw for "é" in a program that never set one.
+std::wstring PathText(const std::filesystem::path& path) { return ZorvoDSG::Host::Utf8ToWide(path.string()); }
+
 std::wstring RefusalText(const std::filesystem::path& path, const std::string& group, const std::exception& e) {
-    std::wstring text = path.wstring();
+    std::wstring text = PathText(path);
     if (!group.empty()) {
         text += L" (group " + ZorvoDSG::Host::Utf8ToWide(group) + L")";
     }
     return text + L": " + WhatOf(e);
+}
+
+// conf.json is JSON text: a path that is not UTF-8 would be written with U+FFFD in place of its
+// odd bytes and not be found again by the next run, so it is refused before it becomes an entry.
+void ThrowIfNotRecordable(const std::filesystem::path& path) {
+    if (!ZorvoDSG::Host::bIsValidUtf8(path.native())) {
+        throw std::filesystem::filesystem_error("path is not UTF-8 text and cannot be recorded in conf.json", path,
+                                                std::make_error_code(std::errc::illegal_byte_sequence));
+    }
 }
 
 // Clears the reconciling flag however the reconciliation ends.
@@ -79,6 +93,9 @@ void NetCDFWorkspace::AddDirectory(const std::filesystem::path& directory, Zorvo
 void NetCDFWorkspace::AddFileLocked(std::filesystem::path file, ZorvoDSG::eFeatureType hint,
                                     ZorvoDSG::Host::IXMLDOMDocument* ncml) {
     file = detail::NormalisedPath(file);
+    if (!m_path.empty()) {
+        ThrowIfNotRecordable(file);
+    }
     const bool bKnown = std::any_of(m_entries.begin(), m_entries.end(),
                                     [&](const Entry& entry) { return entry.path == file; });
     if (bKnown) {
@@ -91,6 +108,9 @@ void NetCDFWorkspace::AddFileLocked(std::filesystem::path file, ZorvoDSG::eFeatu
 void NetCDFWorkspace::AddDirectoryLocked(const std::filesystem::path& directory, ZorvoDSG::eFeatureType hint,
                                          ZorvoDSG::Host::IXMLDOMDocument* ncml, bool includeSubdirs) {
     const std::filesystem::path path = detail::NormalisedPath(directory);
+    if (!m_path.empty()) {
+        ThrowIfNotRecordable(path);
+    }
     const bool bKnown = std::any_of(m_entries.begin(), m_entries.end(),
                                     [&](const Entry& entry) { return entry.path == path; });
     if (bKnown) {
@@ -152,7 +172,7 @@ void NetCDFWorkspace::TryAddFileInternal(const Entry& entry, ZorvoDSG::eFeatureT
     if (bMarkOpened(entry.path)) {
         return;  // a file is never opened twice
     }
-    m_log.AddMessage(eLogOpeningFile, entry.path.wstring());
+    m_log.AddMessage(eLogOpeningFile, PathText(entry.path));
     std::vector<std::shared_ptr<NetCDFFile>> datasets;
     try {
         datasets = NetCDFFile::s_Open(entry.path, entry.id, ncml, m_log, m_openOptions);
@@ -169,10 +189,10 @@ void NetCDFWorkspace::TryAddFileInternal(const Entry& entry, ZorvoDSG::eFeatureT
         m_files.push_front({{}, dataset, 0, m_bReconciling});
         try {
             if (dataset->FeatureType() == ZorvoDSG::eFeatureUnknown) {
-                m_log.AddMessage(eLogNoFeatureType, entry.path.wstring());
+                m_log.AddMessage(eLogNoFeatureType, PathText(entry.path));
             }
             if (bCFVersionTooOld(dataset->CFConventionsVersion())) {
-                m_log.AddMessage(eLogCFVersionTooOld, entry.path.wstring());
+                m_log.AddMessage(eLogCFVersionTooOld, PathText(entry.path));
             }
             m_files.front().featureClasses.push_back(ZorvoDSG::BasicFeatureClass::s_Open(dataset, hint, self));
         } catch (const std::exception& e) {
@@ -198,7 +218,7 @@ template <class Matches>
 void NetCDFWorkspace::RemoveMatching(Matches&& matches) {
     for (auto record = m_files.begin(); record != m_files.end();) {
         if (!record->bSeen && matches(record->file->NcPath())) {
-            m_log.AddMessage(eLogFileRecordRemoved, record->file->NcPath().wstring());
+            m_log.AddMessage(eLogFileRecordRemoved, PathText(record->file->NcPath()));
             record = m_files.erase(record);
         } else {
             ++record;
@@ -253,7 +273,7 @@ std::shared_ptr<ZorvoDSG::System::ILog> NetCDFWorkspace::ReconcileEntries(
     }
     for (auto record = m_files.begin(); record != m_files.end();) {
         if (!record->bSeen) {
-            m_log.AddMessage(eLogFileRecordRemoved, record->file->NcPath().wstring());
+            m_log.AddMessage(eLogFileRecordRemoved, PathText(record->file->NcPath()));
             record = m_files.erase(record);
         } else {
             ++record;

@@ -3,6 +3,7 @@
 #include <zorvodsg/workspace/NetCDFWorkspace.h>
 
 #include <gtest/gtest.h>
+#include <rapidjson/document.h>
 #include <sys/resource.h>
 
 #include <csignal>
@@ -158,6 +159,39 @@ TEST_F(WorkspaceLifecycle, ConfEscapesClassNamesAndKeepsEntryOrder) {
               conf.find("{\"file\":\"" + two + "\""));
     EXPECT_NE(conf.find("\"featureType\":\"point\",\"extent\":{}}"), std::string::npos);
     EXPECT_EQ(conf.back(), '\n');
+}
+
+TEST_F(WorkspaceLifecycle, OddFileNamesSurviveConfJson) {
+    const std::string name = "q\"uote\\back\x01\xc3\xa9";
+    const auto file = m_dir / "data" / (name + ".nc");
+    std::filesystem::create_directories(file.parent_path());
+    std::filesystem::copy_file(ExamplePath("point_observations.nc"), file);
+    const auto workspace = NetCDFWorkspace::s_Create(m_dir / "ws");
+    workspace->AddFile(file, ZorvoDSG::eFeatureUnknown, nullptr);
+    workspace->Commit(nullptr);
+
+    const std::string conf = Read(m_dir / "ws" / "conf.json");
+    rapidjson::Document document;
+    document.Parse<rapidjson::kParseValidateEncodingFlag>(conf.c_str(), conf.size());
+    ASSERT_FALSE(document.HasParseError()) << conf;
+    EXPECT_EQ(document["files"][0]["file"].GetString(), file.string());
+    EXPECT_EQ(std::string(document["files"][0]["featureClasses"][0]["name"].GetString()).rfind(name, 0), 0u);
+
+    const auto reopened = NetCDFWorkspace::s_Open(m_dir / "ws");
+    reopened->ReopenEntries(ZorvoDSG::eFeatureUnknown, nullptr);
+    ASSERT_EQ(reopened->FileRecords().size(), 1u);
+    EXPECT_EQ(reopened->FileRecords()[0].file->NcPath(), file);
+
+    // A Latin-1 name could not be found again from conf.json: refused before it becomes an entry.
+    const auto latin1 = m_dir / "data" / "caf\xe9.nc";
+    std::filesystem::copy_file(ExamplePath("point_observations.nc"), latin1);
+    try {
+        reopened->AddFile(latin1, ZorvoDSG::eFeatureUnknown, nullptr);
+        FAIL() << "a path that is not UTF-8 was recorded";
+    } catch (const std::filesystem::filesystem_error& e) {
+        EXPECT_EQ(e.code(), std::errc::illegal_byte_sequence);
+    }
+    EXPECT_EQ(reopened->Entries().size(), 1u);
 }
 
 TEST(InMemoryWorkspace, IsOneObjectThatCommitsNothing) {
