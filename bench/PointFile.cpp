@@ -29,10 +29,6 @@ uint64_t Mix(uint64_t point, uint64_t variable) {
 // Uniform in [0, 1).
 double Unit(uint64_t point, uint64_t variable) { return static_cast<double>(Mix(point, variable) >> 11) * 0x1.0p-53; }
 
-void PutText(int ncid, int varid, const char* name, const std::string& value) {
-    CheckNc(nc_put_att_text(ncid, varid, name, value.size(), value.c_str()));
-}
-
 struct Ids {
     int lon, lat, time, z, temp, sal, station;
 };
@@ -83,28 +79,10 @@ Ids DefineVariables(int ncid, uint64_t cPoints) {
     return ids;
 }
 
-// The file being written, closed whatever happens; Close() reports the status of the final flush.
-class WrittenFile {
-public:
-    explicit WrittenFile(const std::filesystem::path& path) { CheckNc(nc_create(path.c_str(), NC_CLOBBER | NC_NETCDF4, &m_ncid)); }
-    WrittenFile(const WrittenFile&) = delete;
-    WrittenFile& operator=(const WrittenFile&) = delete;
-    ~WrittenFile() {
-        if (m_ncid != -1) {
-            nc_close(m_ncid);
-        }
-    }
-    int Id() const { return m_ncid; }
-    void Close() { CheckNc(nc_close(std::exchange(m_ncid, -1))); }
-
-private:
-    int m_ncid = -1;
-};
-
 }  // namespace
 
 void WritePointFile(const std::filesystem::path& path, uint64_t cPoints) {
-    WrittenFile file(path);
+    NcWrittenFile file(path, NC_NETCDF4);
     const int ncid = file.Id();
     const Ids ids = DefineVariables(ncid, cPoints);
     CheckNc(nc_enddef(ncid));

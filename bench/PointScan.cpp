@@ -1,8 +1,5 @@
 #include "PointScan.h"
 
-#include <chrono>
-#include <cstdio>
-#include <exception>
 #include <string>
 #include <vector>
 
@@ -11,19 +8,8 @@
 #include <zorvodsg/cursor/IFeatureCursor.h>
 #include <zorvodsg/cursor/PointFeature.h>
 #include <zorvodsg/featureclass/BasicFeatureClass.h>
-#include <zorvodsg/netcdf/NetCDFFile.h>
-#include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace zdsg_bench {
-
-std::shared_ptr<ZorvoDSG::IFeatureClass> OpenPointClass(const std::filesystem::path& path) {
-    ZorvoNetCDFDSG::NetCDFWorkspaceLog log;
-    auto files = ZorvoNetCDFDSG::NetCDFFile::s_Open(path, 1, nullptr, log);
-    if (files.empty()) {
-        throw std::runtime_error("no dataset in " + path.string());
-    }
-    return ZorvoDSG::BasicFeatureClass::s_Open(files.back(), ZorvoDSG::eFeatureUnknown, nullptr);
-}
 
 ScanResult Scan(ZorvoDSG::IFeatureClass& featureClass, const ZorvoDSG::Host::WKSEnvelopeZ& envelope) {
     std::vector<std::string> names;
@@ -45,21 +31,9 @@ ScanResult Scan(ZorvoDSG::IFeatureClass& featureClass, const ZorvoDSG::Host::WKS
 }
 
 int RunPointScanChild(const char* path) {
-    try {
-        InitUnits();
-        const auto start = std::chrono::steady_clock::now();
-        const std::shared_ptr<ZorvoDSG::IFeatureClass> featureClass = OpenPointClass(path);
-        const uint64_t openKiB = ProcStatusKiB("VmRSS");
-        const ScanResult result = Scan(*featureClass, ZorvoDSG::Host::WKSEnvelopeZ());
-        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-        std::printf("%llu %llu %llu %.6f\n", static_cast<unsigned long long>(openKiB),
-                    static_cast<unsigned long long>(ProcStatusKiB("VmHWM")),
-                    static_cast<unsigned long long>(result.cFeatures), seconds.count());
-        return 0;
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "point scan of %s failed: %s\n", path, e.what());
-        return 1;
-    }
+    return RunScanChild("point scan", path, [](ZorvoDSG::IFeatureClass& featureClass) {
+        return Scan(featureClass, ZorvoDSG::Host::WKSEnvelopeZ()).cFeatures;
+    });
 }
 
 }  // namespace zdsg_bench

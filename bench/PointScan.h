@@ -17,8 +17,6 @@ struct ScanResult {
     double checksum = 0.0;  // of x and time, so that nothing read can be optimised away
 };
 
-std::shared_ptr<ZorvoDSG::IFeatureClass> OpenPointClass(const std::filesystem::path& path);
-
 // Every feature that intersects `envelope` (empty: every feature).
 ScanResult Scan(ZorvoDSG::IFeatureClass& featureClass, const ZorvoDSG::Host::WKSEnvelopeZ& envelope);
 

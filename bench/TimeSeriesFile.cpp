@@ -17,10 +17,6 @@ namespace {
 constexpr uint64_t kStationsPerBlock = 1024;
 constexpr short kTempFill = -32767;
 
-void PutText(int ncid, int varid, const char* name, const std::string& value) {
-    CheckNc(nc_put_att_text(ncid, varid, name, value.size(), value.c_str()));
-}
-
 struct Ids {
     int station, lon, lat, rowSize, time, temp, sal;
 };
@@ -69,28 +65,10 @@ Ids DefineVariables(int ncid, uint64_t cStations, uint64_t cObservations) {
     return ids;
 }
 
-// The file being written, closed whatever happens; Close() reports the status of the final flush.
-class WrittenFile {
-public:
-    explicit WrittenFile(const std::filesystem::path& path) { CheckNc(nc_create(path.c_str(), NC_CLOBBER | NC_NETCDF4, &m_ncid)); }
-    WrittenFile(const WrittenFile&) = delete;
-    WrittenFile& operator=(const WrittenFile&) = delete;
-    ~WrittenFile() {
-        if (m_ncid != -1) {
-            nc_close(m_ncid);
-        }
-    }
-    int Id() const { return m_ncid; }
-    void Close() { CheckNc(nc_close(std::exchange(m_ncid, -1))); }
-
-private:
-    int m_ncid = -1;
-};
-
 }  // namespace
 
 void WriteTimeSeriesFile(const std::filesystem::path& path, uint64_t cStations, uint64_t cPerStation) {
-    WrittenFile file(path);
+    NcWrittenFile file(path, NC_NETCDF4);
     const int ncid = file.Id();
     const Ids ids = DefineVariables(ncid, cStations, cStations * cPerStation);
     CheckNc(nc_enddef(ncid));

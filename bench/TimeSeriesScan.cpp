@@ -1,9 +1,5 @@
 #include "TimeSeriesScan.h"
 
-#include <chrono>
-#include <cstdio>
-#include <exception>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -12,19 +8,8 @@
 #include <zorvodsg/cursor/ProfileFeature.h>
 #include <zorvodsg/featureclass/BasicFeatureClass.h>
 #include <zorvodsg/featureclass/IFeatureClassObservations.h>
-#include <zorvodsg/netcdf/NetCDFFile.h>
-#include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace zdsg_bench {
-
-std::shared_ptr<ZorvoDSG::IFeatureClass> OpenTimeSeriesClass(const std::filesystem::path& path) {
-    ZorvoNetCDFDSG::NetCDFWorkspaceLog log;
-    auto files = ZorvoNetCDFDSG::NetCDFFile::s_Open(path, 1, nullptr, log);
-    if (files.empty()) {
-        throw std::runtime_error("no dataset in " + path.string());
-    }
-    return ZorvoDSG::BasicFeatureClass::s_Open(files.back(), ZorvoDSG::eFeatureUnknown, nullptr);
-}
 
 TimeSeriesScanResult ScanTimeSeries(ZorvoDSG::IFeatureClass& featureClass) {
     std::vector<std::string> instanceNames;
@@ -55,21 +40,8 @@ TimeSeriesScanResult ScanTimeSeries(ZorvoDSG::IFeatureClass& featureClass) {
 }
 
 int RunTimeSeriesScanChild(const char* path) {
-    try {
-        InitUnits();
-        const auto start = std::chrono::steady_clock::now();
-        const std::shared_ptr<ZorvoDSG::IFeatureClass> featureClass = OpenTimeSeriesClass(path);
-        const uint64_t openKiB = ProcStatusKiB("VmRSS");
-        const TimeSeriesScanResult result = ScanTimeSeries(*featureClass);
-        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-        std::printf("%llu %llu %llu %.6f\n", static_cast<unsigned long long>(openKiB),
-                    static_cast<unsigned long long>(ProcStatusKiB("VmHWM")),
-                    static_cast<unsigned long long>(result.cFeatures), seconds.count());
-        return 0;
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "time-series scan of %s failed: %s\n", path, e.what());
-        return 1;
-    }
+    return RunScanChild("time-series scan", path,
+                        [](ZorvoDSG::IFeatureClass& featureClass) { return ScanTimeSeries(featureClass).cFeatures; });
 }
 
 }  // namespace zdsg_bench

@@ -17,8 +17,6 @@ struct TimeSeriesScanResult {
     double checksum = 0.0;  // of x and the times, so that nothing read can be optimised away
 };
 
-std::shared_ptr<ZorvoDSG::IFeatureClass> OpenTimeSeriesClass(const std::filesystem::path& path);
-
 TimeSeriesScanResult ScanTimeSeries(ZorvoDSG::IFeatureClass& featureClass);
 
 // The peak-memory measurement runs in a fresh process: this program started again with this

@@ -6,15 +6,12 @@
 #include <netcdf.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 
-#include <unistd.h>
 
+#include "BenchSupport.h"
 #include <zorvodsg/netcdf/NetCDFFile.h>
-#include <zorvodsg/spacetime/UnitSystem.h>
 #include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace {
@@ -22,55 +19,36 @@ namespace {
 constexpr int kGroups = 500;
 constexpr int kVariablesPerGroup = 4;
 
-void Check(int status) {
-    if (status != NC_NOERR) {
-        throw std::runtime_error(nc_strerror(status));
-    }
-}
+using zdsg_bench::CheckNc;
 
-std::filesystem::path WriteGroupsFile() {
-    const std::filesystem::path path = std::filesystem::temp_directory_path() /
-                                       ("zdsg_bench_open_groups_" + std::to_string(::getpid()) + ".nc");
+void WriteGroupsFile(const std::filesystem::path& path) {
     int ncid = -1;
-    Check(nc_create(path.c_str(), NC_CLOBBER | NC_NETCDF4, &ncid));
-    Check(nc_put_att_text(ncid, NC_GLOBAL, "Conventions", 6, "CF-1.8"));
+    CheckNc(nc_create(path.c_str(), NC_CLOBBER | NC_NETCDF4, &ncid));
+    CheckNc(nc_put_att_text(ncid, NC_GLOBAL, "Conventions", 6, "CF-1.8"));
     for (int g = 0; g < kGroups; ++g) {
         char name[32];
         std::snprintf(name, sizeof name, "station%03d", g);
         int groupId = -1;
-        Check(nc_def_grp(ncid, name, &groupId));
+        CheckNc(nc_def_grp(ncid, name, &groupId));
         int dimId = -1;
-        Check(nc_def_dim(groupId, "obs", 10, &dimId));
+        CheckNc(nc_def_dim(groupId, "obs", 10, &dimId));
         for (int v = 0; v < kVariablesPerGroup; ++v) {
             char varName[16];
             std::snprintf(varName, sizeof varName, "v%d", v);
             int varId = -1;
-            Check(nc_def_var(groupId, varName, NC_FLOAT, 1, &dimId, &varId));
-            Check(nc_put_att_text(groupId, varId, "units", 1, "m"));
+            CheckNc(nc_def_var(groupId, varName, NC_FLOAT, 1, &dimId, &varId));
+            CheckNc(nc_put_att_text(groupId, varId, "units", 1, "m"));
         }
     }
-    Check(nc_close(ncid));
-    return path;
+    CheckNc(nc_close(ncid));
 }
 
-struct GroupsFile {
-    GroupsFile() : path(WriteGroupsFile()) {
-        if (const char* units = std::getenv("ZDSG_UDUNITS2_XML")) {
-            ZorvoDSG::s_InitUDUnits2(units);
-        } else if (std::filesystem::exists("/usr/share/xml/udunits/udunits2.xml")) {
-            ZorvoDSG::s_InitUDUnits2("/usr/share/xml/udunits/udunits2.xml");
-        }
-    }
-    ~GroupsFile() {
-        std::error_code ignored;
-        std::filesystem::remove(path, ignored);
-    }
-    std::filesystem::path path;
-};
-
 const std::filesystem::path& GroupsPath() {
-    static const GroupsFile s_file;
-    return s_file.path;
+    static const zdsg_bench::TemporaryFile s_file("open_groups", [](const std::filesystem::path& path) {
+        WriteGroupsFile(path);
+        zdsg_bench::InitUnits();
+    });
+    return s_file.Path();
 }
 
 void BM_OpenGroupsSharedHandle(benchmark::State& state) {
@@ -91,8 +69,8 @@ void BM_BareOpenPerGroup(benchmark::State& state) {
     for (auto _ : state) {
         for (int g = 0; g <= kGroups; ++g) {
             int ncid = -1;
-            Check(nc_open(path.c_str(), NC_NOWRITE, &ncid));
-            Check(nc_close(ncid));
+            CheckNc(nc_open(path.c_str(), NC_NOWRITE, &ncid));
+            CheckNc(nc_close(ncid));
         }
     }
 }

@@ -11,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include <unistd.h>
 
 #include "BenchSupport.h"
 #include <zorvodsg/netcdf/NetCDFFile.h>
@@ -23,9 +22,7 @@ constexpr int kVariables = 2000;
 
 using zdsg_bench::CheckNc;
 
-std::filesystem::path WriteFile() {
-    const std::filesystem::path path = std::filesystem::temp_directory_path() /
-                                       ("zdsg_bench_open_metadata_" + std::to_string(::getpid()) + ".nc");
+void WriteFile(const std::filesystem::path& path) {
     int ncid = -1;
     CheckNc(nc_create(path.c_str(), NC_CLOBBER | NC_NETCDF4, &ncid));
     int dimId = -1;
@@ -44,21 +41,14 @@ std::filesystem::path WriteFile() {
         CheckNc(nc_put_att_text(ncid, varId, "comment", 7, "comment"));
     }
     CheckNc(nc_close(ncid));
-    return path;
 }
 
-struct BenchFile {
-    BenchFile() : path(WriteFile()) { zdsg_bench::InitUnits(); }
-    ~BenchFile() {
-        std::error_code ignored;
-        std::filesystem::remove(path, ignored);
-    }
-    std::filesystem::path path;
-};
-
 const std::filesystem::path& BenchPath() {
-    static const BenchFile s_file;
-    return s_file.path;
+    static const zdsg_bench::TemporaryFile s_file("open_metadata", [](const std::filesystem::path& path) {
+        WriteFile(path);
+        zdsg_bench::InitUnits();
+    });
+    return s_file.Path();
 }
 
 void BM_NetCDFFileOpen(benchmark::State& state) {

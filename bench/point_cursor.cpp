@@ -123,7 +123,7 @@ void BM_PointBareRead(benchmark::State& state) {
 void RunScan(benchmark::State& state, const ZorvoDSG::Host::WKSEnvelopeZ& envelope) {
     const auto cPoints = static_cast<uint64_t>(state.range(0));
     const double bareSeconds = BareSecondsFor(cPoints);
-    const auto featureClass = zdsg_bench::OpenPointClass(PointFilePath(cPoints));
+    const auto featureClass = zdsg_bench::OpenFeatureClass(PointFilePath(cPoints));
     zdsg_bench::ScanResult result;
     const double start = ProcessCpuSeconds();
     for (auto _ : state) {

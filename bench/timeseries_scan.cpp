@@ -135,7 +135,7 @@ void BM_TimeSeriesBareRead(benchmark::State& state) {
 void BM_TimeSeriesCursorScan(benchmark::State& state) {
     const auto cStations = static_cast<uint64_t>(state.range(0));
     const double bareSeconds = BareSecondsFor(cStations);
-    const auto featureClass = zdsg_bench::OpenTimeSeriesClass(TimeSeriesFilePath(cStations));
+    const auto featureClass = zdsg_bench::OpenFeatureClass(TimeSeriesFilePath(cStations));
     zdsg_bench::TimeSeriesScanResult result;
     const double start = ProcessCpuSeconds();
     for (auto _ : state) {

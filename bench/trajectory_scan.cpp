@@ -8,21 +8,18 @@
 #include <benchmark/benchmark.h>
 #include <netcdf.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <sys/resource.h>
-#include <unistd.h>
 
+#include "BenchSupport.h"
 #include <zorvodsg/cursor/IFeatureCursor.h>
 #include <zorvodsg/cursor/TrajectoryFeature.h>
 #include <zorvodsg/featureclass/BasicFeatureClass.h>
 #include <zorvodsg/featureclass/BasicTrajectoryFeatureClass.h>
 #include <zorvodsg/netcdf/NetCDFFile.h>
-#include <zorvodsg/spacetime/UnitSystem.h>
 #include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace {
@@ -31,30 +28,24 @@ constexpr size_t kTrajectories = 10000;
 constexpr size_t kVertices = 100;
 constexpr size_t kObservations = kTrajectories * kVertices;
 
-void Check(int status) {
-    if (status != NC_NOERR) {
-        throw std::runtime_error(nc_strerror(status));
-    }
-}
+using zdsg_bench::CheckNc;
 
 int DefineVariable(int ncid, const char* name, nc_type type, int dimId, std::vector<std::pair<std::string, std::string>> texts) {
     int varId = -1;
-    Check(nc_def_var(ncid, name, type, 1, &dimId, &varId));
+    CheckNc(nc_def_var(ncid, name, type, 1, &dimId, &varId));
     for (const auto& [attribute, value] : texts) {
-        Check(nc_put_att_text(ncid, varId, attribute.c_str(), value.size(), value.c_str()));
+        CheckNc(nc_put_att_text(ncid, varId, attribute.c_str(), value.size(), value.c_str()));
     }
     return varId;
 }
 
-std::filesystem::path WriteFile() {
-    const std::filesystem::path path = std::filesystem::temp_directory_path() /
-                                       ("zdsg_bench_trajectory_scan_" + std::to_string(::getpid()) + ".nc");
+void WriteFile(const std::filesystem::path& path) {
     int ncid = -1;
-    Check(nc_create(path.c_str(), NC_CLOBBER | NC_NETCDF4, &ncid));
+    CheckNc(nc_create(path.c_str(), NC_CLOBBER | NC_NETCDF4, &ncid));
     int trajectoryDim = -1;
     int obsDim = -1;
-    Check(nc_def_dim(ncid, "trajectory", kTrajectories, &trajectoryDim));
-    Check(nc_def_dim(ncid, "obs", kObservations, &obsDim));
+    CheckNc(nc_def_dim(ncid, "trajectory", kTrajectories, &trajectoryDim));
+    CheckNc(nc_def_dim(ncid, "obs", kObservations, &obsDim));
     const int id = DefineVariable(ncid, "trajectory", NC_INT, trajectoryDim, {{"cf_role", "trajectory_id"}});
     const int rows = DefineVariable(ncid, "rowSize", NC_INT, trajectoryDim, {{"sample_dimension", "obs"}});
     const int time = DefineVariable(ncid, "time", NC_DOUBLE, obsDim,
@@ -67,59 +58,46 @@ std::filesystem::path WriteFile() {
     const int temp = DefineVariable(ncid, "temp", NC_FLOAT, obsDim, {coordinates});
     const int sal = DefineVariable(ncid, "sal", NC_FLOAT, obsDim, {coordinates});
     const char* title = "benchmark trajectories";
-    Check(nc_put_att_text(ncid, NC_GLOBAL, "featureType", 10, "trajectory"));
-    Check(nc_put_att_text(ncid, NC_GLOBAL, "title", std::char_traits<char>::length(title), title));
-    Check(nc_enddef(ncid));
+    CheckNc(nc_put_att_text(ncid, NC_GLOBAL, "featureType", 10, "trajectory"));
+    CheckNc(nc_put_att_text(ncid, NC_GLOBAL, "title", std::char_traits<char>::length(title), title));
+    CheckNc(nc_enddef(ncid));
 
     std::vector<int> ids(kTrajectories);
     std::vector<int> sizes(kTrajectories, static_cast<int>(kVertices));
     for (size_t i = 0; i < kTrajectories; ++i) {
         ids[i] = static_cast<int>(i);
     }
-    Check(nc_put_var_int(ncid, id, ids.data()));
-    Check(nc_put_var_int(ncid, rows, sizes.data()));
+    CheckNc(nc_put_var_int(ncid, id, ids.data()));
+    CheckNc(nc_put_var_int(ncid, rows, sizes.data()));
     std::vector<double> values(kObservations);
     std::vector<float> floats(kObservations);
     for (size_t i = 0; i < kObservations; ++i) {
         values[i] = static_cast<double>(i % kVertices) * 60.0;
     }
-    Check(nc_put_var_double(ncid, time, values.data()));
+    CheckNc(nc_put_var_double(ncid, time, values.data()));
     for (size_t i = 0; i < kObservations; ++i) {
         values[i] = -60.0 + static_cast<double>(i) * 1e-4;
     }
-    Check(nc_put_var_double(ncid, lat, values.data()));
+    CheckNc(nc_put_var_double(ncid, lat, values.data()));
     for (size_t i = 0; i < kObservations; ++i) {
         values[i] = -170.0 + static_cast<double>(i) * 3e-4;
     }
-    Check(nc_put_var_double(ncid, lon, values.data()));
+    CheckNc(nc_put_var_double(ncid, lon, values.data()));
     for (size_t i = 0; i < kObservations; ++i) {
         floats[i] = static_cast<float>(i % kVertices);
     }
-    Check(nc_put_var_float(ncid, z, floats.data()));
-    Check(nc_put_var_float(ncid, temp, floats.data()));
-    Check(nc_put_var_float(ncid, sal, floats.data()));
-    Check(nc_close(ncid));
-    return path;
+    CheckNc(nc_put_var_float(ncid, z, floats.data()));
+    CheckNc(nc_put_var_float(ncid, temp, floats.data()));
+    CheckNc(nc_put_var_float(ncid, sal, floats.data()));
+    CheckNc(nc_close(ncid));
 }
 
-struct BenchFile {
-    BenchFile() : path(WriteFile()) {
-        if (const char* units = std::getenv("ZDSG_UDUNITS2_XML")) {
-            ZorvoDSG::s_InitUDUnits2(units);
-        } else if (std::filesystem::exists("/usr/share/xml/udunits/udunits2.xml")) {
-            ZorvoDSG::s_InitUDUnits2("/usr/share/xml/udunits/udunits2.xml");
-        }
-    }
-    ~BenchFile() {
-        std::error_code ignored;
-        std::filesystem::remove(path, ignored);
-    }
-    std::filesystem::path path;
-};
-
 const std::filesystem::path& BenchPath() {
-    static const BenchFile s_file;
-    return s_file.path;
+    static const zdsg_bench::TemporaryFile s_file("trajectory_scan", [](const std::filesystem::path& path) {
+        WriteFile(path);
+        zdsg_bench::InitUnits();
+    });
+    return s_file.Path();
 }
 
 long PeakRssKiB() {
@@ -130,9 +108,7 @@ long PeakRssKiB() {
 
 // Every trajectory with its vertices, its id and both observation arrays, one feature reused.
 void BM_TrajectoryScan(benchmark::State& state) {
-    ZorvoNetCDFDSG::NetCDFWorkspaceLog log;
-    auto files = ZorvoNetCDFDSG::NetCDFFile::s_Open(BenchPath(), 1, nullptr, log);
-    auto trajectories = ZorvoDSG::BasicFeatureClass::s_Open(files.back(), ZorvoDSG::eFeatureUnknown, nullptr);
+    auto trajectories = zdsg_bench::OpenFeatureClass(BenchPath());
     const ZorvoDSG::SpatialFilter filter(nullptr, ZorvoDSG::SpaceTime::eSpatialRelationUndefined,
                                          ZorvoDSG::Host::WKSEnvelopeZ(), {}, {"temp", "sal"});
     const long rssBefore = PeakRssKiB();
@@ -156,28 +132,28 @@ void BM_TrajectoryScan(benchmark::State& state) {
 // What any reader of the same data has to do: each variable whole, coordinates as doubles.
 void BM_BareWholeVariableRead(benchmark::State& state) {
     int ncid = -1;
-    Check(nc_open(BenchPath().c_str(), NC_NOWRITE, &ncid));
+    CheckNc(nc_open(BenchPath().c_str(), NC_NOWRITE, &ncid));
     const auto varId = [ncid](const char* name) {
         int id = -1;
-        Check(nc_inq_varid(ncid, name, &id));
+        CheckNc(nc_inq_varid(ncid, name, &id));
         return id;
     };
     std::vector<int> ints(kTrajectories);
     std::vector<double> doubles(kObservations);
     std::vector<float> floats(kObservations);
     for (auto _ : state) {
-        Check(nc_get_var_int(ncid, varId("trajectory"), ints.data()));
-        Check(nc_get_var_int(ncid, varId("rowSize"), ints.data()));
+        CheckNc(nc_get_var_int(ncid, varId("trajectory"), ints.data()));
+        CheckNc(nc_get_var_int(ncid, varId("rowSize"), ints.data()));
         for (const char* name : {"lon", "lat", "z", "time"}) {
-            Check(nc_get_var_double(ncid, varId(name), doubles.data()));
+            CheckNc(nc_get_var_double(ncid, varId(name), doubles.data()));
             benchmark::DoNotOptimize(doubles.data());
         }
         for (const char* name : {"temp", "sal"}) {
-            Check(nc_get_var_float(ncid, varId(name), floats.data()));
+            CheckNc(nc_get_var_float(ncid, varId(name), floats.data()));
             benchmark::DoNotOptimize(floats.data());
         }
     }
-    Check(nc_close(ncid));
+    CheckNc(nc_close(ncid));
     state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * kObservations));
 }
 

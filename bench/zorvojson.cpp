@@ -13,20 +13,17 @@
 #include <cstdio>
 #include <filesystem>
 #include <ostream>
-#include <stdexcept>
 #include <streambuf>
 #include <string>
 #include <vector>
 
 #include <unistd.h>
 
+#include "BenchSupport.h"
 #include <zorvodsg/cursor/Feature.h>
 #include <zorvodsg/cursor/IFeatureCursor.h>
 #include <zorvodsg/featureclass/BasicFeatureClass.h>
 #include <zorvodsg/featureclass/ZorvoJSONFeatureSet.h>
-#include <zorvodsg/netcdf/NetCDFFile.h>
-#include <zorvodsg/spacetime/UnitSystem.h>
-#include <zorvodsg/values/NetCDFWorkspaceLog.h>
 
 namespace {
 
@@ -35,19 +32,12 @@ constexpr size_t kLevels = 50;
 constexpr size_t kNameChars = 16;
 constexpr size_t kPoints = 1000000;
 
-void Check(int status) {
-    if (status != NC_NOERR) {
-        throw std::runtime_error(nc_strerror(status));
-    }
-}
-
-void Text(int ncid, int varId, const char* name, const std::string& value) {
-    Check(nc_put_att_text(ncid, varId, name, value.size(), value.c_str()));
-}
+using zdsg_bench::CheckNc;
+using zdsg_bench::PutText;
 
 int Define(int ncid, const char* name, nc_type type, std::vector<int> dims) {
     int varId = -1;
-    Check(nc_def_var(ncid, name, type, static_cast<int>(dims.size()), dims.data(), &varId));
+    CheckNc(nc_def_var(ncid, name, type, static_cast<int>(dims.size()), dims.data(), &varId));
     return varId;
 }
 
@@ -58,37 +48,37 @@ std::filesystem::path TempPath(const std::string& name) {
 std::filesystem::path WriteProfileFile() {
     const std::filesystem::path path = TempPath("profiles");
     int ncid = -1;
-    Check(nc_create(path.c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &ncid));
+    CheckNc(nc_create(path.c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &ncid));
     int profileDim = -1, obsDim = -1, nameDim = -1;
-    Check(nc_def_dim(ncid, "profile", kProfiles, &profileDim));
-    Check(nc_def_dim(ncid, "obs", kProfiles * kLevels, &obsDim));
-    Check(nc_def_dim(ncid, "name_strlen", kNameChars, &nameDim));
+    CheckNc(nc_def_dim(ncid, "profile", kProfiles, &profileDim));
+    CheckNc(nc_def_dim(ncid, "obs", kProfiles * kLevels, &obsDim));
+    CheckNc(nc_def_dim(ncid, "name_strlen", kNameChars, &nameDim));
     const int id = Define(ncid, "profile_id", NC_INT, {profileDim});
-    Text(ncid, id, "cf_role", "profile_id");
+    PutText(ncid, id, "cf_role", "profile_id");
     const int time = Define(ncid, "time", NC_DOUBLE, {profileDim});
-    Text(ncid, time, "standard_name", "time");
-    Text(ncid, time, "units", "days since 2000-01-01 00:00:00");
+    PutText(ncid, time, "standard_name", "time");
+    PutText(ncid, time, "units", "days since 2000-01-01 00:00:00");
     const int lat = Define(ncid, "lat", NC_FLOAT, {profileDim});
-    Text(ncid, lat, "standard_name", "latitude");
-    Text(ncid, lat, "units", "degrees_north");
+    PutText(ncid, lat, "standard_name", "latitude");
+    PutText(ncid, lat, "units", "degrees_north");
     const int lon = Define(ncid, "lon", NC_FLOAT, {profileDim});
-    Text(ncid, lon, "standard_name", "longitude");
-    Text(ncid, lon, "units", "degrees_east");
+    PutText(ncid, lon, "standard_name", "longitude");
+    PutText(ncid, lon, "units", "degrees_east");
     const int rowSize = Define(ncid, "row_size", NC_INT, {profileDim});
-    Text(ncid, rowSize, "sample_dimension", "obs");
+    PutText(ncid, rowSize, "sample_dimension", "obs");
     const int cast = Define(ncid, "cast", NC_INT, {profileDim});
     const int station = Define(ncid, "station", NC_CHAR, {profileDim, nameDim});
     const int bottom = Define(ncid, "bottom_depth", NC_FLOAT, {profileDim});
     const int quality = Define(ncid, "quality", NC_BYTE, {profileDim});
     const int z = Define(ncid, "z", NC_FLOAT, {obsDim});
-    Text(ncid, z, "standard_name", "depth");
-    Text(ncid, z, "units", "m");
-    Text(ncid, z, "positive", "down");
+    PutText(ncid, z, "standard_name", "depth");
+    PutText(ncid, z, "units", "m");
+    PutText(ncid, z, "positive", "down");
     const int temp = Define(ncid, "temp", NC_FLOAT, {obsDim});
-    Text(ncid, temp, "units", "degC");
-    Text(ncid, temp, "coordinates", "time lat lon z");
-    Text(ncid, NC_GLOBAL, "featureType", "profile");
-    Check(nc_enddef(ncid));
+    PutText(ncid, temp, "units", "degC");
+    PutText(ncid, temp, "coordinates", "time lat lon z");
+    PutText(ncid, NC_GLOBAL, "featureType", "profile");
+    CheckNc(nc_enddef(ncid));
 
     std::vector<int> ints(kProfiles);
     std::vector<double> times(kProfiles);
@@ -104,49 +94,49 @@ std::filesystem::path WriteProfileFile() {
         flags[i] = static_cast<signed char>(i % 4);
         std::snprintf(&names[i * kNameChars], kNameChars, "station %zu", i % 500);
     }
-    Check(nc_put_var_int(ncid, id, ints.data()));
-    Check(nc_put_var_int(ncid, cast, ints.data()));
-    Check(nc_put_var_double(ncid, time, times.data()));
-    Check(nc_put_var_float(ncid, lat, lats.data()));
-    Check(nc_put_var_float(ncid, lon, lons.data()));
-    Check(nc_put_var_float(ncid, bottom, bottoms.data()));
-    Check(nc_put_var_schar(ncid, quality, flags.data()));
-    Check(nc_put_var_text(ncid, station, names.data()));
+    CheckNc(nc_put_var_int(ncid, id, ints.data()));
+    CheckNc(nc_put_var_int(ncid, cast, ints.data()));
+    CheckNc(nc_put_var_double(ncid, time, times.data()));
+    CheckNc(nc_put_var_float(ncid, lat, lats.data()));
+    CheckNc(nc_put_var_float(ncid, lon, lons.data()));
+    CheckNc(nc_put_var_float(ncid, bottom, bottoms.data()));
+    CheckNc(nc_put_var_schar(ncid, quality, flags.data()));
+    CheckNc(nc_put_var_text(ncid, station, names.data()));
     std::vector<int> rows(kProfiles, static_cast<int>(kLevels));
-    Check(nc_put_var_int(ncid, rowSize, rows.data()));
+    CheckNc(nc_put_var_int(ncid, rowSize, rows.data()));
     std::vector<float> depths(kProfiles * kLevels), temps(kProfiles * kLevels);
     for (size_t i = 0; i < depths.size(); ++i) {
         depths[i] = static_cast<float>(i % kLevels) * 2.5f + 0.5f;
         temps[i] = 20.0f - static_cast<float>(i % kLevels) * 0.3f;
     }
-    Check(nc_put_var_float(ncid, z, depths.data()));
-    Check(nc_put_var_float(ncid, temp, temps.data()));
-    Check(nc_close(ncid));
+    CheckNc(nc_put_var_float(ncid, z, depths.data()));
+    CheckNc(nc_put_var_float(ncid, temp, temps.data()));
+    CheckNc(nc_close(ncid));
     return path;
 }
 
 std::filesystem::path WritePointFile() {
     const std::filesystem::path path = TempPath("points");
     int ncid = -1;
-    Check(nc_create(path.c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &ncid));
+    CheckNc(nc_create(path.c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &ncid));
     int obsDim = -1, nameDim = -1;
-    Check(nc_def_dim(ncid, "obs", kPoints, &obsDim));
-    Check(nc_def_dim(ncid, "name_strlen", kNameChars, &nameDim));
+    CheckNc(nc_def_dim(ncid, "obs", kPoints, &obsDim));
+    CheckNc(nc_def_dim(ncid, "name_strlen", kNameChars, &nameDim));
     const int time = Define(ncid, "time", NC_DOUBLE, {obsDim});
-    Text(ncid, time, "standard_name", "time");
-    Text(ncid, time, "units", "seconds since 2020-01-01 00:00:00");
+    PutText(ncid, time, "standard_name", "time");
+    PutText(ncid, time, "units", "seconds since 2020-01-01 00:00:00");
     const int lat = Define(ncid, "lat", NC_FLOAT, {obsDim});
-    Text(ncid, lat, "standard_name", "latitude");
-    Text(ncid, lat, "units", "degrees_north");
+    PutText(ncid, lat, "standard_name", "latitude");
+    PutText(ncid, lat, "units", "degrees_north");
     const int lon = Define(ncid, "lon", NC_FLOAT, {obsDim});
-    Text(ncid, lon, "standard_name", "longitude");
-    Text(ncid, lon, "units", "degrees_east");
+    PutText(ncid, lon, "standard_name", "longitude");
+    PutText(ncid, lon, "units", "degrees_east");
     const int temp = Define(ncid, "temp", NC_FLOAT, {obsDim});
-    Text(ncid, temp, "coordinates", "time lat lon");
+    PutText(ncid, temp, "coordinates", "time lat lon");
     const int count = Define(ncid, "count", NC_INT, {obsDim});
     const int platform = Define(ncid, "platform", NC_CHAR, {obsDim, nameDim});
-    Text(ncid, NC_GLOBAL, "featureType", "point");
-    Check(nc_enddef(ncid));
+    PutText(ncid, NC_GLOBAL, "featureType", "point");
+    CheckNc(nc_enddef(ncid));
     std::vector<double> times(kPoints);
     std::vector<float> lats(kPoints), lons(kPoints), temps(kPoints);
     std::vector<int> counts(kPoints);
@@ -159,24 +149,20 @@ std::filesystem::path WritePointFile() {
         counts[i] = static_cast<int>(i % 1000);
         std::snprintf(&names[i * kNameChars], kNameChars, "buoy %zu", i % 300);
     }
-    Check(nc_put_var_double(ncid, time, times.data()));
-    Check(nc_put_var_float(ncid, lat, lats.data()));
-    Check(nc_put_var_float(ncid, lon, lons.data()));
-    Check(nc_put_var_float(ncid, temp, temps.data()));
-    Check(nc_put_var_int(ncid, count, counts.data()));
-    Check(nc_put_var_text(ncid, platform, names.data()));
-    Check(nc_close(ncid));
+    CheckNc(nc_put_var_double(ncid, time, times.data()));
+    CheckNc(nc_put_var_float(ncid, lat, lats.data()));
+    CheckNc(nc_put_var_float(ncid, lon, lons.data()));
+    CheckNc(nc_put_var_float(ncid, temp, temps.data()));
+    CheckNc(nc_put_var_int(ncid, count, counts.data()));
+    CheckNc(nc_put_var_text(ncid, platform, names.data()));
+    CheckNc(nc_close(ncid));
     return path;
 }
 
 struct BenchClass {
     explicit BenchClass(std::filesystem::path file) : path(std::move(file)) {
-        if (std::filesystem::exists("/usr/share/xml/udunits/udunits2.xml")) {
-            ZorvoDSG::s_InitUDUnits2("/usr/share/xml/udunits/udunits2.xml");
-        }
-        ZorvoNetCDFDSG::NetCDFWorkspaceLog log;
-        auto files = ZorvoNetCDFDSG::NetCDFFile::s_Open(path, 1, nullptr, log);
-        featureClass = ZorvoDSG::BasicFeatureClass::s_Open(files.back(), ZorvoDSG::eFeatureUnknown, nullptr);
+        zdsg_bench::InitUnits();
+        featureClass = zdsg_bench::OpenFeatureClass(path);
     }
     ~BenchClass() {
         featureClass.reset();
