@@ -1,6 +1,7 @@
 #include <zorvodsg/workspace/NetCDFWorkspace.h>
 
 #include <fstream>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -62,10 +63,18 @@ NetCDFWorkspace::NetCDFWorkspace(std::filesystem::path path) : m_path(std::move(
     if (!std::filesystem::is_directory(m_path)) {
         throw ZorvoDSG::Exception(ZorvoDSG::eNotANetCDFWorkspace, L"not a directory", m_path);
     }
-    const std::filesystem::path conf = m_path / detail::kConfFileName;
-    if (std::filesystem::exists(conf)) {
-        FromJSON(detail::ReadConfText(conf));
+    m_confOnDisk = ReadConfIfAny();
+    if (m_confOnDisk) {
+        FromJSON(*m_confOnDisk);
     }
+}
+
+std::optional<std::string> NetCDFWorkspace::ReadConfIfAny() const {
+    const std::filesystem::path conf = m_path / detail::kConfFileName;
+    if (!std::filesystem::exists(conf)) {
+        return std::nullopt;
+    }
+    return detail::ReadConfText(conf);
 }
 
 NetCDFWorkspace::~NetCDFWorkspace() = default;
@@ -162,6 +171,15 @@ std::shared_ptr<ZorvoDSG::System::ILog> NetCDFWorkspace::Commit(ZorvoDSG::Host::
         ToJSON(writer);
         std::string text(buffer.GetString(), buffer.GetSize());
         text += '\n';
+        // Another program (or another object of this one) that committed since this workspace read or
+        // wrote conf.json would lose its entries to this write: refused instead, so that the caller
+        // opens the workspace again and redoes its change on top of theirs.
+        if (ReadConfIfAny() != m_confOnDisk) {
+            throw ZorvoDSG::Exception(ZorvoDSG::eNotANetCDFWorkspace,
+                                      L"conf.json was changed by another program since this workspace read it; "
+                                      L"open the workspace again",
+                                      m_path);
+        }
         try {
             detail::ReplaceFileContent(m_path / detail::kConfFileName, text);
         } catch (const std::filesystem::filesystem_error& e) {
@@ -169,6 +187,7 @@ std::shared_ptr<ZorvoDSG::System::ILog> NetCDFWorkspace::Commit(ZorvoDSG::Host::
                                       L"conf.json could not be written: " + ZorvoDSG::Host::Utf8ToWide(e.what()),
                                       m_path);
         }
+        m_confOnDisk = std::move(text);
     }
     return Refresh(cancel);
 }
@@ -201,6 +220,7 @@ void NetCDFWorkspace::Delete() {
         return;
     }
     detail::RemoveConfFiles(m_path);
+    m_confOnDisk.reset();
     // The directory goes only when nothing of anybody else's is left in it.
     std::error_code ec;
     if (std::filesystem::is_directory(m_path, ec) && std::filesystem::is_empty(m_path, ec)) {

@@ -22,6 +22,7 @@
 #include <list>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -79,7 +80,11 @@ public:
     void Connect() override;
     // Writes conf.json: into a temporary file of the directory, flushed, then renamed over the old
     // one, so that a failure leaves the old file as it was; the failure is eNotANetCDFWorkspace with
-    // the reason. Nothing is written for the in-memory workspace. Returns Refresh's log.
+    // the reason. A conf.json that is no longer what this object last read or wrote (another program
+    // committed meanwhile) is not overwritten: eNotANetCDFWorkspace, and the workspace must be opened
+    // again. This detects, it does not lock: programs that change one workspace at once must take
+    // turns themselves (zdsg locks the directory). Nothing is written for the in-memory workspace.
+    // Returns Refresh's log.
     std::shared_ptr<ZorvoDSG::System::ILog> Commit(ZorvoDSG::Host::ITrackCancel* cancel) override;
     // Empties the workspace's log; returns an (empty) copy of it.
     std::shared_ptr<ZorvoDSG::System::ILog> Refresh(ZorvoDSG::Host::ITrackCancel* cancel) override;
@@ -152,6 +157,8 @@ private:
     void FromJSON(const std::string& text);
     std::shared_ptr<ZorvoDSG::System::ILog> SetEmptyImpl();
     void DisconnectFiles();
+    // The text of conf.json, or nothing when the directory has none.
+    std::optional<std::string> ReadConfIfAny() const;
 
     // The entry operations without the mutex, for callers that hold it.
     void AddFileLocked(std::filesystem::path file, ZorvoDSG::eFeatureType hint, ZorvoDSG::Host::IXMLDOMDocument* ncml);
@@ -176,6 +183,7 @@ private:
     bool m_bReconciling = false;
     long m_nextEntryId = 0;
     OpenOptions m_openOptions;
+    std::optional<std::string> m_confOnDisk;  // conf.json as this object last read or wrote it
 };
 
 }  // namespace ZorvoNetCDFDSG

@@ -124,6 +124,33 @@ TEST_F(WorkspaceLifecycle, AFailedCommitKeepsTheOldFile) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path), {}), 1);
 }
 
+TEST_F(WorkspaceLifecycle, ACommitDoesNotOverwriteAnotherProgramsCommit) {
+    const auto path = m_dir / "ws";
+    NetCDFWorkspace::s_Create(path)->Commit(nullptr);
+    const auto first = NetCDFWorkspace::s_Open(path);
+    const auto second = NetCDFWorkspace::s_Open(path);
+    first->AddFile(ExamplePath("point_observations.nc"), ZorvoDSG::eFeatureUnknown, nullptr);
+    first->Commit(nullptr);
+    first->Commit(nullptr);  // its own write is what it last saw
+
+    second->AddFile(ExamplePath("two_groups.nc"), ZorvoDSG::eFeatureUnknown, nullptr);
+    const std::string before = Read(path / "conf.json");
+    try {
+        second->Commit(nullptr);
+        FAIL() << "overwrote the other commit";
+    } catch (const ZorvoDSG::Exception& e) {
+        EXPECT_EQ(e.NcErr(), ZorvoDSG::eNotANetCDFWorkspace);
+        EXPECT_NE(e.wsDetail().find(L"changed by another program"), std::wstring::npos);
+    }
+    EXPECT_EQ(Read(path / "conf.json"), before);
+
+    const auto again = NetCDFWorkspace::s_Open(path);
+    ASSERT_EQ(again->Entries().size(), 1u);
+    again->AddFile(ExamplePath("two_groups.nc"), ZorvoDSG::eFeatureUnknown, nullptr);
+    again->Commit(nullptr);
+    EXPECT_EQ(NetCDFWorkspace::s_Open(path)->Entries().size(), 2u);
+}
+
 TEST_F(WorkspaceLifecycle, DeleteRemovesOnlyWhatTheWorkspaceWrote) {
     const auto path = m_dir / "ws";
     auto workspace = NetCDFWorkspace::s_Create(path);
