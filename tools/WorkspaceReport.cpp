@@ -141,7 +141,7 @@ std::set<std::string> RecordedFiles(const std::filesystem::path& conf) {
     std::ifstream in(conf, std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     rapidjson::Document document;
-    document.Parse(text.c_str(), text.size());
+    document.Parse<rapidjson::kParseIterativeFlag>(text.c_str(), text.size());  // no recursion on deep nesting
     std::set<std::string> files;
     if (document.HasParseError() || !document.IsObject() || !document.HasMember("files") ||
         !document["files"].IsArray()) {

@@ -67,7 +67,8 @@ std::string ReadConfText(const std::filesystem::path& path) {
 
 ConfContent ParseConf(const std::string& text) {
     rapidjson::Document document;
-    document.Parse<rapidjson::kParseValidateEncodingFlag>(text.c_str(), text.size());
+    // Iterative: a conf.json of a million '[' would otherwise recurse through the stack.
+    document.Parse<rapidjson::kParseValidateEncodingFlag | rapidjson::kParseIterativeFlag>(text.c_str(), text.size());
     if (document.HasParseError()) {
         Malformed(std::string("not JSON: ") + rapidjson::GetParseError_En(document.GetParseError()) + " at offset " +
                   std::to_string(document.GetErrorOffset()));
