@@ -84,6 +84,10 @@ NcFileHandle NcFileHandle::s_Open(const std::filesystem::path& path) {
     if (native.find("://") != std::string::npos) {
         throw ZorvoDSG::Exception(ENOENT, std::wstring(), path);
     }
+    // A FIFO would block netCDF-C's first read for ever, and a device such as /dev/zero has no end.
+    if (struct stat status {}; ::stat(native.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+        throw ZorvoDSG::Exception(NC_ENOTNC, L"not a regular file", path);
+    }
     detail::CheckClassicHeader(path);
     const ZorvoDSG::System::NcLock lock;
     int ncid = -1;

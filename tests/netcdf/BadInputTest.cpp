@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <netcdf.h>
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -42,6 +43,14 @@ TEST_F(BadInputTest, MissingFileAndUrl) {
     // Never handed to the DAP client: refused like a missing file.
     EXPECT_EQ(OpenError("http://localhost:1/data.nc"), ENOENT);
     EXPECT_EQ(OpenError("file:///tmp/data.nc"), ENOENT);
+}
+
+TEST_F(BadInputTest, WhatIsNotARegularFileIsRefusedWithoutReadingIt) {
+    const auto fifo = m_dir / "fifo.nc";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);  // opening it for reading would wait for a writer
+    EXPECT_EQ(OpenError(fifo), NC_ENOTNC);
+    EXPECT_EQ(OpenError("/dev/zero"), NC_ENOTNC);
+    EXPECT_EQ(OpenError(m_dir), NC_ENOTNC);
 }
 
 TEST_F(BadInputTest, TruncatedFiles) {
