@@ -117,7 +117,8 @@ public:
                  bool unused = false);
     // Adds a directory entry and opens every file in it ending exactly in ".nc" or ".nc4" (with
     // `includeSubdirs`, in its subdirectories too). A file that cannot be opened, or whose every
-    // group is refused, is logged (message 3) and the scan goes on.
+    // group is refused, and a subdirectory that cannot be read are logged (message 3) and the scan
+    // goes on; a directory that cannot be read itself throws std::filesystem::filesystem_error.
     void AddDirectory(const std::filesystem::path& directory, ZorvoDSG::eFeatureType hint,
                       ZorvoDSG::Host::IXMLDOMDocument* ncml, bool unused, bool includeSubdirs);
     // Removes the records of the file (or of every file inside the directory) that the running

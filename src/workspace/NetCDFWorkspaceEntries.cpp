@@ -13,6 +13,7 @@
 #include <zorvodsg/host/Utf8.h>
 #include <zorvodsg/values/Exception.h>
 #include <zorvodsg/values/LogCodes.h>
+#include <zorvodsg/workspace/detail/DirectoryScan.h>
 #include <zorvodsg/workspace/detail/WorkspacePaths.h>
 
 namespace ZorvoNetCDFDSG {
@@ -121,27 +122,13 @@ void NetCDFWorkspace::AddDirectoryLocked(const std::filesystem::path& directory,
     ScanDirectory(entry, hint, ncml);
 }
 
-// The qualifying files in name order (the order of the directory itself is the file system's), each
-// tried on its own: one file that cannot be read does not end the scan.
+// Each file tried on its own: one file (or subdirectory) that cannot be read does not end the scan.
 void NetCDFWorkspace::ScanDirectory(const Entry& entry, ZorvoDSG::eFeatureType hint,
                                     ZorvoDSG::Host::IXMLDOMDocument* ncml) {
-    std::vector<std::filesystem::path> files;
-    const auto take = [&files](const std::filesystem::directory_entry& item) {
-        // Links are skipped, whatever they point at.
-        if (item.is_regular_file() && !item.is_symlink() && detail::bHasNetCDFExtension(item.path())) {
-            files.push_back(item.path());
-        }
-    };
-    if (entry.includeSubdirs) {
-        for (const auto& item : std::filesystem::recursive_directory_iterator(entry.path)) {
-            take(item);
-        }
-    } else {
-        for (const auto& item : std::filesystem::directory_iterator(entry.path)) {
-            take(item);
-        }
-    }
-    std::sort(files.begin(), files.end());
+    const auto files = detail::ScanNetCDFFiles(
+        entry.path, entry.includeSubdirs, [this](const std::filesystem::path& directory, const std::error_code& ec) {
+            m_log.AddMessage(eLogFileRefused, PathText(directory) + L": " + ZorvoDSG::Host::Utf8ToWide(ec.message()));
+        });
     for (const auto& file : files) {
         TryAddScannedFile({file, false, NextEntryId()}, hint, ncml);
     }

@@ -7,10 +7,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
+#include <linux/capability.h>
 #include <netcdf.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <zorvodsg/cursor/IFeatureCursor.h>
 #include <zorvodsg/cursor/SpatialFilter.h>
@@ -73,6 +77,42 @@ TEST_F(WorkspaceEntries, ADirectoryScanTakesExactlyNcAndNc4Files) {
     m_workspace->SetEmpty();
     m_workspace->AddDirectory(m_dir / "data", ZorvoDSG::eFeatureUnknown, nullptr, false, true);
     EXPECT_THAT(RecordFiles(), ElementsAre("e.nc", "c.nc4", "a.nc"));
+}
+
+// Drops this process's power to read what its permissions forbid (root's CAP_DAC_*), so that a
+// closed directory is closed to it too.
+bool bDropFileReadOverride() {
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct data[2]{};
+    if (::syscall(SYS_capget, &header, data) != 0) {
+        return false;
+    }
+    for (const int capability : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH}) {
+        data[capability / 32].effective &= ~(1u << (capability % 32));
+    }
+    return ::syscall(SYS_capset, &header, data) == 0;
+}
+
+TEST_F(WorkspaceEntries, AnUnreadableSubdirectoryIsLoggedAndTheScanGoesOn) {
+    const auto point = ExamplePath("point_observations.nc");
+    Copy(point, "data/a.nc");
+    Copy(point, "data/closed/b.nc");
+    Copy(point, "data/z/c.nc");
+    std::filesystem::permissions(m_dir / "data" / "closed", std::filesystem::perms::none);
+    const auto scanWithoutOverride = [this] {
+        const bool bDropped = bDropFileReadOverride();
+        m_workspace->AddDirectory(m_dir / "data", ZorvoDSG::eFeatureUnknown, nullptr, false, true);
+        const auto refused = m_workspace->CurrentLog().FindMessageRange(3, 3);
+        const std::vector<std::string> expected{"c.nc", "a.nc"};
+        const bool bAsExpected = bDropped && RecordFiles() == expected && refused.size() == 1 &&
+                                 refused[0].Text().find(L"closed: ") != std::wstring::npos;
+        std::exit(bAsExpected ? 0 : 1);
+    };
+    // In a child process: the dropped capability is not to outlive the test.
+    EXPECT_EXIT(scanWithoutOverride(), ::testing::ExitedWithCode(0), "");
+    std::filesystem::permissions(m_dir / "data" / "closed", std::filesystem::perms::owner_all);
+    EXPECT_THROW(m_workspace->AddDirectory(m_dir / "missing", ZorvoDSG::eFeatureUnknown, nullptr, false, true),
+                 std::filesystem::filesystem_error);
 }
 
 TEST_F(WorkspaceEntries, AFileIsOpenedOnceHoweverItIsReached) {
