@@ -54,6 +54,10 @@ std::shared_ptr<const NcFileHandle> NcFileHandle::s_Share(const std::filesystem:
     if (::stat(path.c_str(), &status) != 0) {
         return std::make_shared<const NcFileHandle>(s_Open(path));  // fails as s_Open fails
     }
+    // A FIFO would block netCDF-C's first read for ever, and a device such as /dev/zero has no end.
+    if (!S_ISREG(status.st_mode)) {
+        throw ZorvoDSG::Exception(NC_ENOTNC, L"not a regular file", path);
+    }
     const FileKey key{status.st_dev, status.st_ino};
     auto& files = OpenFiles();
     if (const auto found = files.find(key); found != files.end()) {
@@ -83,10 +87,6 @@ NcFileHandle NcFileHandle::s_Open(const std::filesystem::path& path) {
     // netCDF-C would hand a URL to its DAP client; for this library it names no file.
     if (native.find("://") != std::string::npos) {
         throw ZorvoDSG::Exception(ENOENT, std::wstring(), path);
-    }
-    // A FIFO would block netCDF-C's first read for ever, and a device such as /dev/zero has no end.
-    if (struct stat status {}; ::stat(native.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-        throw ZorvoDSG::Exception(NC_ENOTNC, L"not a regular file", path);
     }
     detail::CheckClassicHeader(path);
     const ZorvoDSG::System::NcLock lock;

@@ -26,6 +26,8 @@ public:
     // s_Open opens it on first use and closed when the last holder lets go. netCDF-C must never have
     // a netCDF-4 file open twice: HDF5 shares the underlying file between the two opens, and closing
     // one invalidates what the other has not read yet (errors, even crashes, on the survivor).
+    // A path that is not a regular file (a FIFO, a device, a directory) is refused with NC_ENOTNC
+    // "not a regular file" before netCDF-C sees it.
     static std::shared_ptr<const NcFileHandle> s_Share(const std::filesystem::path& path);
 
     bool IsOpen() const { return m_ncid != -1; }
