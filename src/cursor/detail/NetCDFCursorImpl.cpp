@@ -16,6 +16,7 @@ NetCDFCursorImpl::NetCDFCursorImpl(std::shared_ptr<ZorvoDSG::IFeatureClass> feat
       m_zVariable(Variable::s_EmptyVariable()),
       m_tVariable(Variable::s_EmptyVariable()),
       m_filter(filter),
+      m_bEmptyFilter(m_filter.Envelope().IsEmpty()),
       m_reader(*m_featureClass->CFMetadata(), std::filesystem::path(m_featureClass->CFMetadata()->Uri())) {
     m_instanceVariables = s_SelectByName(m_filter.InstanceVariables(), m_featureClass->InstanceVariables());
     m_missing.x = ZorvoDSG::System::s_ToDouble(m_xVariable.FillValue());

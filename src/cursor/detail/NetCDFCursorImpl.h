@@ -33,7 +33,7 @@ public:
     // Instances read per library call and variable (default kDefaultBlockSize). Changing it does
     // not change what the cursor delivers; tests use it to cross block boundaries.
     void SetBlockSize(uint64_t blockSize);
-    static constexpr uint64_t kDefaultBlockSize = 16384;
+    static constexpr uint64_t kDefaultBlockSize = 65536;
 
     const std::vector<ZorvoDSG::Variable>& SelectedInstanceVariables() const { return m_instanceVariables; }
 
@@ -53,7 +53,7 @@ protected:
     // The same when every instance column already holds `index` (their Prepare said so).
     void ReadLoadedInstanceValues(uint64_t index, ZorvoDSG::Feature& feature);
     bool bAnyInstanceVariablePacked() const;
-    bool bEmptyFilter() const { return m_filter.Envelope().IsEmpty(); }
+    bool bEmptyFilter() const { return m_bEmptyFilter; }
 
     // The feature as the cursor's own kind; std::invalid_argument for a feature of another kind.
     template <class T>
@@ -96,6 +96,7 @@ protected:
     ZorvoDSG::Variable m_zVariable;
     ZorvoDSG::Variable m_tVariable;
     ZorvoDSG::SpatialFilter m_filter;
+    bool m_bEmptyFilter = true;  // asked for every feature: kept rather than recomputed
     ZorvoDSG::SpaceTime::WKSPointXYZT m_missing;
     uint64_t m_blockSize = kDefaultBlockSize;
     NcSlabReader m_reader;
