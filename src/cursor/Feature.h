@@ -41,6 +41,8 @@ public:
     // Value i of the instance variables the feature was made for.
     System::NcVariant InstanceValue(long i) const { return m_instanceValues.at(static_cast<size_t>(i)); }
     long cInstanceValues() const { return static_cast<long>(m_instanceValues.size()); }
+    // All of them, without a copy.
+    const std::vector<System::NcVariant>& InstanceValues() const { return m_instanceValues; }
 
     // For cursors: the slots they refill in place.
     std::vector<System::NcVariant>& MutableInstanceValues() { return m_instanceValues; }

@@ -19,20 +19,7 @@ JSONObjectKeys Feature::s_AttributeKeys(const std::vector<Variable>& instanceVar
 
 void Feature::AttributesToZorvoJSON(const JSONObjectKeys& attributeKeys, ZorvoJSONWriter& writer) const {
     WriteJSONPlainKey(writer, "attributes");
-    writer.StartObject();
-    for (size_t i = 0; i < attributeKeys.Size(); ++i) {
-        if (!attributeKeys.bWritten(i)) {
-            continue;
-        }
-        attributeKeys.WriteKey(writer, i);
-        if (i < m_instanceValues.size()) {
-            // Values are written by their own alternative, which is what Variable::ValueToZorvoJSON does.
-            WriteJSONValue(writer, m_instanceValues[i]);
-        } else {
-            writer.Null();
-        }
-    }
-    writer.EndObject();
+    attributeKeys.AppendObject(StartJSONRaw(writer, rapidjson::kObjectType), InstanceValues());
 }
 
 void PointFeature::ToZorvoJSON(const std::vector<Variable>& instanceVariables, ZorvoJSONWriter& writer) const {
@@ -40,12 +27,11 @@ void PointFeature::ToZorvoJSON(const std::vector<Variable>& instanceVariables, Z
 }
 
 void PointFeature::ToZorvoJSON(const JSONObjectKeys& attributeKeys, ZorvoJSONWriter& writer) const {
-    writer.StartObject();
-    WriteJSONPlainKey(writer, "geometry");
-    writer.StartObject();
-    writer.EndObject();
-    AttributesToZorvoJSON(attributeKeys, writer);
-    writer.EndObject();
+    // A point's geometry object is empty: the whole feature object is composed as text.
+    ZorvoJSONBuffer& out = StartJSONRaw(writer, rapidjson::kObjectType);
+    AppendJSON(out, R"({"geometry":{},"attributes":)");
+    attributeKeys.AppendObject(out, InstanceValues());
+    AppendJSON(out, "}");
 }
 
 void ProfileFeature::ToZorvoJSON(const std::vector<Variable>& instanceVariables, ZorvoJSONWriter& writer) const {

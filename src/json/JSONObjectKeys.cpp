@@ -23,6 +23,32 @@ JSONObjectKeys::JSONObjectKeys(const std::vector<std::string_view>& keys) {
     for (const std::string_view key : keys) {
         m_keys.push_back(guard.bFirst(key) ? KeyText(key) : std::string());
     }
+    m_members.reserve(m_keys.size());
+    bool bFirstMember = true;
+    for (const std::string& key : m_keys) {
+        if (key.empty()) {
+            m_members.emplace_back();
+            continue;
+        }
+        m_members.push_back((bFirstMember ? "" : ",") + key + ":");
+        bFirstMember = false;
+    }
+}
+
+void JSONObjectKeys::AppendObject(ZorvoJSONBuffer& out, const std::vector<System::NcVariant>& values) const {
+    AppendJSON(out, "{");
+    for (size_t i = 0; i < m_members.size(); ++i) {
+        if (m_members[i].empty()) {
+            continue;
+        }
+        AppendJSON(out, m_members[i]);
+        if (i < values.size()) {
+            AppendJSONValue(out, values[i]);
+        } else {
+            AppendJSON(out, "null");
+        }
+    }
+    AppendJSON(out, "}");
 }
 
 void JSONObjectKeys::WriteKey(ZorvoJSONWriter& writer, size_t i) const {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <zorvodsg/json/ZorvoJSONWriter.h>
+#include <zorvodsg/values/NcVariant.h>
 
 namespace ZorvoDSG {
 
@@ -20,9 +21,13 @@ public:
     bool bWritten(size_t i) const { return !m_keys[i].empty(); }
     // Writes key i (which must be written).
     void WriteKey(ZorvoJSONWriter& writer, size_t i) const;
+    // Appends the object whose members are the written keys with the values of the same index (null
+    // for a key past the values), as WriteKey and WriteJSONValue would write it.
+    void AppendObject(ZorvoJSONBuffer& out, const std::vector<System::NcVariant>& values) const;
 
 private:
-    std::vector<std::string> m_keys;  // JSON text of each key; empty when skipped
+    std::vector<std::string> m_keys;     // JSON text of each key; empty when skipped
+    std::vector<std::string> m_members;  // what precedes each written member's value: `,"key":`
 };
 
 }  // namespace ZorvoDSG

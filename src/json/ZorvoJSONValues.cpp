@@ -8,6 +8,7 @@
 #include <variant>
 
 #include <rapidjson/internal/dtoa.h>
+#include <rapidjson/internal/itoa.h>
 
 #include <zorvodsg/json/ValidUtf8.h>
 
@@ -43,6 +44,22 @@ void WriteQuoted(ZorvoJSONWriter& writer, std::string_view text) {
 }
 
 bool bOnlyNuls(std::string_view text) { return !text.empty() && text.find_first_not_of('\0') == std::string_view::npos; }
+
+// A number converted by `convert` (one of RapidJSON's own), into at most `room` characters.
+template <typename Convert>
+void AppendConverted(ZorvoJSONBuffer& out, size_t room, Convert convert) {
+    char* begin = out.Push(room);
+    const char* end = convert(begin);
+    out.Pop(room - static_cast<size_t>(end - begin));
+}
+
+// The text of a value the writer must escape or compose (rare in files): written by a writer of its own.
+void AppendThroughWriter(ZorvoJSONBuffer& out, const System::NcVariant& value) {
+    ZorvoJSONBuffer scratch;
+    ZorvoJSONWriter writer(scratch);
+    WriteJSONValue(writer, value);
+    AppendJSON(out, std::string_view(scratch.GetString(), scratch.GetSize()));
+}
 
 }  // namespace
 
@@ -110,6 +127,51 @@ void WriteJSONValue(ZorvoJSONWriter& writer, const System::NcVariant& value) {
                 writer.Uint(v);
             } else {
                 writer.Int(static_cast<int>(v));
+            }
+        },
+        value);
+}
+
+ZorvoJSONBuffer& StartJSONRaw(ZorvoJSONWriter& writer, rapidjson::Type type) {
+    writer.RawValue("", 0, type);
+    return WriterOutput::Of(writer);
+}
+
+// Each conversion is the writer's own, with the room the writer gives it, so that the text is the same.
+void AppendJSONValue(ZorvoJSONBuffer& out, const System::NcVariant& value) {
+    namespace rj = rapidjson::internal;
+    std::visit(
+        [&out, &value](const auto& v) {
+            using T = std::decay_t<decltype(v)>;
+            if constexpr (std::is_same_v<T, std::monostate>) {
+                AppendJSON(out, "null");
+            } else if constexpr (std::is_same_v<T, std::string>) {
+                if (bOnlyNuls(v)) {
+                    AppendJSON(out, "null");
+                } else if (bPlainAscii(v)) {
+                    AppendJSON(out, "\"");
+                    AppendJSON(out, v);
+                    AppendJSON(out, "\"");
+                } else {
+                    AppendThroughWriter(out, value);
+                }
+            } else if constexpr (std::is_same_v<T, System::NcVariantArray>) {
+                AppendThroughWriter(out, value);
+            } else if constexpr (std::is_floating_point_v<T>) {
+                const auto number = static_cast<double>(v);
+                if (std::isfinite(number)) {
+                    AppendConverted(out, 25, [number](char* p) { return rj::dtoa(number, p); });
+                } else {
+                    AppendJSON(out, "null");
+                }
+            } else if constexpr (std::is_same_v<T, uint64_t>) {
+                AppendConverted(out, 20, [v](char* p) { return rj::u64toa(v, p); });
+            } else if constexpr (std::is_same_v<T, int64_t>) {
+                AppendConverted(out, 21, [v](char* p) { return rj::i64toa(v, p); });
+            } else if constexpr (std::is_same_v<T, uint32_t>) {
+                AppendConverted(out, 10, [v](char* p) { return rj::u32toa(v, p); });
+            } else {
+                AppendConverted(out, 11, [v](char* p) { return rj::i32toa(static_cast<int>(v), p); });
             }
         },
         value);

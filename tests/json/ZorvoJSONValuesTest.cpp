@@ -161,3 +161,40 @@ TEST(JSONKeyGuardTest, EachKeyOnceAlsoPastTheShortList) {
     }
     EXPECT_TRUE(guard.bFirst("new"));
 }
+
+TEST(ZorvoJSONValuesTest, ComposedValuesReadAsTheWriterWritesThem) {
+    System::NcVariantArray shorts(NC_SHORT, NcVariant(short{-9}), 2, 1);
+    shorts.SetSize(2);
+    shorts.Data<short>()[0] = 7;
+    shorts.Data<short>()[1] = -9;
+    const NcVariant values[] = {
+        NcVariant(), NcVariant(static_cast<unsigned char>(255)), NcVariant(static_cast<signed char>(-128)),
+        NcVariant(short{-32768}), NcVariant(std::numeric_limits<int32_t>::min()),
+        NcVariant(std::numeric_limits<uint32_t>::max()), NcVariant(std::numeric_limits<int64_t>::min()),
+        NcVariant(std::numeric_limits<uint64_t>::max()), NcVariant(0.1f), NcVariant(-1e-300), NcVariant(1e300),
+        NcVariant(4.0), NcVariant(std::nan("")), NcVariant(-std::numeric_limits<float>::infinity()),
+        NcVariant(std::string("ST000123")), NcVariant(std::string("a")), NcVariant(std::string("exactly16chars!!")),
+        NcVariant(std::string(3, '\0')), NcVariant(std::string("q\"\\\n")), NcVariant(std::string("caf\xC3\xA9")),
+        NcVariant(std::string("k\xFE")), NcVariant(std::string()), NcVariant(shorts)};
+    for (const NcVariant& value : values) {
+        const std::string composed = InArray([&value](ZorvoJSONWriter& w) {
+            AppendJSONValue(StartJSONRaw(w, rapidjson::kNumberType), value);
+        });
+        EXPECT_EQ(composed, Value(value)) << value.index();
+        EXPECT_TRUE(bParses(composed)) << composed;
+    }
+}
+
+TEST(JSONObjectKeysTest, ComposedObjectSkipsRepeatsAndNullsMissingValues) {
+    const JSONObjectKeys keys({"plain", "plain", "k\xFE", "last"});
+    const std::vector<NcVariant> values = {NcVariant(1), NcVariant(2), NcVariant(std::string("x"))};
+    const std::string text = InArray([&](ZorvoJSONWriter& w) {
+        keys.AppendObject(StartJSONRaw(w, rapidjson::kObjectType), values);
+        w.Int(3);  // the writer goes on after the composed value
+    });
+    EXPECT_EQ(text, "[0,{\"plain\":1,\"k\xEF\xBF\xBD\":\"x\",\"last\":null},3]");
+    EXPECT_TRUE(bParses(text));
+    const JSONObjectKeys none({});
+    EXPECT_EQ(InArray([&](ZorvoJSONWriter& w) { none.AppendObject(StartJSONRaw(w, rapidjson::kObjectType), {}); }),
+              "[0,{}]");
+}
