@@ -34,13 +34,16 @@ bool bPlainAscii(std::string_view text) {
     return true;
 }
 
+// A text that needs no escape, in quotes.
+void AppendQuoted(ZorvoJSONBuffer& out, std::string_view text) {
+    AppendJSON(out, "\"");
+    AppendJSON(out, text);
+    AppendJSON(out, "\"");
+}
+
 // A string (a key in an object) whose text needs no escape.
 void WriteQuoted(ZorvoJSONWriter& writer, std::string_view text) {
-    writer.RawValue(text.data(), 0, rapidjson::kStringType);
-    char* out = WriterOutput::Of(writer).Push(text.size() + 2);
-    out[0] = '"';
-    std::memcpy(out + 1, text.data(), text.size());
-    out[text.size() + 1] = '"';
+    AppendQuoted(StartJSONRaw(writer, rapidjson::kStringType), text);
 }
 
 bool bOnlyNuls(std::string_view text) { return !text.empty() && text.find_first_not_of('\0') == std::string_view::npos; }
@@ -81,8 +84,7 @@ size_t FormatJSONDouble(double value, char* out) {
 }
 
 void WriteJSONRaw(ZorvoJSONWriter& writer, std::string_view json, rapidjson::Type type) {
-    writer.RawValue(json.data(), 0, type);  // the separator before the value, and the writer's count
-    std::memcpy(WriterOutput::Of(writer).Push(json.size()), json.data(), json.size());
+    AppendJSON(StartJSONRaw(writer, type), json);
 }
 
 void WriteJSONPlainKey(ZorvoJSONWriter& writer, std::string_view key) { WriteQuoted(writer, key); }
@@ -149,9 +151,7 @@ void AppendJSONValue(ZorvoJSONBuffer& out, const System::NcVariant& value) {
                 if (bOnlyNuls(v)) {
                     AppendJSON(out, "null");
                 } else if (bPlainAscii(v)) {
-                    AppendJSON(out, "\"");
-                    AppendJSON(out, v);
-                    AppendJSON(out, "\"");
+                    AppendQuoted(out, v);
                 } else {
                     AppendThroughWriter(out, value);
                 }
