@@ -20,6 +20,10 @@ struct ScanResult {
 // Every feature that intersects `envelope` (empty: every feature).
 ScanResult Scan(ZorvoDSG::IFeatureClass& featureClass, const ZorvoDSG::Host::WKSEnvelopeZ& envelope);
 
+// The ZorvoJSON feature object of every feature of that scan, into a buffer emptied as a stream
+// would empty it; returns the bytes written.
+uint64_t WriteFeatureObjects(ZorvoDSG::IFeatureClass& featureClass);
+
 // The peak-memory measurement runs in a fresh process: this program started again with this
 // option and a file. It opens and scans the file and prints "openKiB peakKiB features seconds".
 inline constexpr const char* kPointScanChildOption = "--zdsg-point-scan-child";

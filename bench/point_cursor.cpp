@@ -120,6 +120,12 @@ void BM_PointBareRead(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(read.Bytes()));
 }
 
+// CPU seconds of one full scan per file size, as BM_PointCursorScan measured it in this run.
+std::map<uint64_t, double>& FullScanSeconds() {
+    static std::map<uint64_t, double> s_seconds;
+    return s_seconds;
+}
+
 void RunScan(benchmark::State& state, const ZorvoDSG::Host::WKSEnvelopeZ& envelope) {
     const auto cPoints = static_cast<uint64_t>(state.range(0));
     const double bareSeconds = BareSecondsFor(cPoints);
@@ -133,6 +139,9 @@ void RunScan(benchmark::State& state, const ZorvoDSG::Host::WKSEnvelopeZ& envelo
     const double seconds = (ProcessCpuSeconds() - start) / static_cast<double>(state.iterations());
     state.counters["features"] = static_cast<double>(result.cFeatures);
     state.counters["x_bare"] = seconds / bareSeconds;
+    if (envelope.IsEmpty()) {
+        FullScanSeconds()[cPoints] = seconds;
+    }
     state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(cPoints));
 }
 
@@ -141,6 +150,25 @@ void BM_PointCursorScan(benchmark::State& state) { RunScan(state, ZorvoDSG::Host
 
 // The same search restricted to a box that holds about 1% of the points.
 void BM_PointCursorBBoxScan(benchmark::State& state) { RunScan(state, zdsg_bench::OnePercentBox()); }
+
+// The ZorvoJSON feature object of every point, written from the full scan; `x_scan` is its CPU time
+// over that of the full scan alone (when BM_PointCursorScan ran before it in this run).
+void BM_PointFeaturesZorvoJSON(benchmark::State& state) {
+    const auto cPoints = static_cast<uint64_t>(state.range(0));
+    const auto featureClass = zdsg_bench::OpenFeatureClass(PointFilePath(cPoints));
+    uint64_t cBytes = 0;
+    const double start = ProcessCpuSeconds();
+    for (auto _ : state) {
+        cBytes = zdsg_bench::WriteFeatureObjects(*featureClass);
+    }
+    const double seconds = (ProcessCpuSeconds() - start) / static_cast<double>(state.iterations());
+    const auto scan = FullScanSeconds().find(cPoints);
+    if (scan != FullScanSeconds().end()) {
+        state.counters["x_scan"] = seconds / scan->second;
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(cPoints));
+    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(cBytes));
+}
 
 // Resident memory of a process that opens the file and scans all of it: after opening (`open_MiB`)
 // and at its peak (`peak_MiB`). Neither may grow with the file. The time is the child's open and scan.
@@ -166,6 +194,7 @@ void BM_PointScanPeakMemory(benchmark::State& state) {
 BENCHMARK(BM_PointBareRead)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PointCursorScan)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PointCursorBBoxScan)->Arg(kMillion)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PointFeaturesZorvoJSON)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PointScanPeakMemory)->Arg(kMillion)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 [[maybe_unused]] const bool s_bLargeRegistered = [] {

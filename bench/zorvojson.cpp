@@ -1,11 +1,10 @@
-// Writing ZorvoJSON against the cursor scan alone, each with the search the document is written
-// from (every instance variable, no observation variable).
+// Writing a profile class's ZorvoJSON feature-set document against the cursor scan alone, with the
+// search the document is written from (every instance variable, no observation variable).
 //
-// Profiles: a classic file of 20,000 contiguous ragged profiles of 50 levels each (1,000,000
-// observations) and four instance variables; the feature-set document is streamed into a stream
-// that discards it. Points: a classic file of 1,000,000 points with three instance variables; a
-// point class's document is `{}`, so each point's feature object is written instead. The files are
-// written once per run into the temporary directory.
+// The file is a classic file of 20,000 contiguous ragged profiles of 50 levels each (1,000,000
+// observations) and four instance variables, written once per run into the temporary directory; the
+// document is streamed into a stream that discards it. Point feature objects are measured with the
+// other point benchmarks (point_cursor.cpp).
 
 #include <benchmark/benchmark.h>
 #include <netcdf.h>
@@ -20,7 +19,6 @@
 #include <unistd.h>
 
 #include "BenchSupport.h"
-#include <zorvodsg/cursor/Feature.h>
 #include <zorvodsg/cursor/IFeatureCursor.h>
 #include <zorvodsg/featureclass/BasicFeatureClass.h>
 #include <zorvodsg/featureclass/ZorvoJSONFeatureSet.h>
@@ -30,7 +28,6 @@ namespace {
 constexpr size_t kProfiles = 20000;
 constexpr size_t kLevels = 50;
 constexpr size_t kNameChars = 16;
-constexpr size_t kPoints = 1000000;
 
 using zdsg_bench::CheckNc;
 using zdsg_bench::PutText;
@@ -115,50 +112,6 @@ std::filesystem::path WriteProfileFile() {
     return path;
 }
 
-std::filesystem::path WritePointFile() {
-    const std::filesystem::path path = TempPath("points");
-    int ncid = -1;
-    CheckNc(nc_create(path.c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &ncid));
-    int obsDim = -1, nameDim = -1;
-    CheckNc(nc_def_dim(ncid, "obs", kPoints, &obsDim));
-    CheckNc(nc_def_dim(ncid, "name_strlen", kNameChars, &nameDim));
-    const int time = Define(ncid, "time", NC_DOUBLE, {obsDim});
-    PutText(ncid, time, "standard_name", "time");
-    PutText(ncid, time, "units", "seconds since 2020-01-01 00:00:00");
-    const int lat = Define(ncid, "lat", NC_FLOAT, {obsDim});
-    PutText(ncid, lat, "standard_name", "latitude");
-    PutText(ncid, lat, "units", "degrees_north");
-    const int lon = Define(ncid, "lon", NC_FLOAT, {obsDim});
-    PutText(ncid, lon, "standard_name", "longitude");
-    PutText(ncid, lon, "units", "degrees_east");
-    const int temp = Define(ncid, "temp", NC_FLOAT, {obsDim});
-    PutText(ncid, temp, "coordinates", "time lat lon");
-    const int count = Define(ncid, "count", NC_INT, {obsDim});
-    const int platform = Define(ncid, "platform", NC_CHAR, {obsDim, nameDim});
-    PutText(ncid, NC_GLOBAL, "featureType", "point");
-    CheckNc(nc_enddef(ncid));
-    std::vector<double> times(kPoints);
-    std::vector<float> lats(kPoints), lons(kPoints), temps(kPoints);
-    std::vector<int> counts(kPoints);
-    std::vector<char> names(kPoints * kNameChars, '\0');
-    for (size_t i = 0; i < kPoints; ++i) {
-        times[i] = static_cast<double>(i) * 60.0;
-        lats[i] = -60.0f + static_cast<float>(i % 1200) * 0.1f;
-        lons[i] = -180.0f + static_cast<float>(i % 3600) * 0.1f;
-        temps[i] = 4.0f + static_cast<float>(i % 250) * 0.1f;
-        counts[i] = static_cast<int>(i % 1000);
-        std::snprintf(&names[i * kNameChars], kNameChars, "buoy %zu", i % 300);
-    }
-    CheckNc(nc_put_var_double(ncid, time, times.data()));
-    CheckNc(nc_put_var_float(ncid, lat, lats.data()));
-    CheckNc(nc_put_var_float(ncid, lon, lons.data()));
-    CheckNc(nc_put_var_float(ncid, temp, temps.data()));
-    CheckNc(nc_put_var_int(ncid, count, counts.data()));
-    CheckNc(nc_put_var_text(ncid, platform, names.data()));
-    CheckNc(nc_close(ncid));
-    return path;
-}
-
 struct BenchClass {
     explicit BenchClass(std::filesystem::path file) : path(std::move(file)) {
         zdsg_bench::InitUnits();
@@ -175,11 +128,6 @@ struct BenchClass {
 
 ZorvoDSG::BasicFeatureClass& Profiles() {
     static const BenchClass s_class(WriteProfileFile());
-    return *s_class.featureClass;
-}
-
-ZorvoDSG::BasicFeatureClass& Points() {
-    static const BenchClass s_class(WritePointFile());
     return *s_class.featureClass;
 }
 
@@ -229,50 +177,7 @@ void BM_ProfileZorvoJSON(benchmark::State& state) {
     state.SetBytesProcessed(static_cast<int64_t>(discard.cBytes));
 }
 
-void BM_PointCursorScan(benchmark::State& state) {
-    ZorvoDSG::BasicFeatureClass& points = Points();
-    int64_t cFeatures = 0;
-    for (auto _ : state) {
-        cFeatures += Scan(points);
-    }
-    state.SetItemsProcessed(cFeatures);
-}
-
-// Each point's feature object, into a buffer emptied as a stream would empty it.
-void BM_PointFeaturesZorvoJSON(benchmark::State& state) {
-    ZorvoDSG::BasicFeatureClass& points = Points();
-    const ZorvoDSG::SpatialFilter filter = ZorvoDSG::ZorvoJSONFeatureSet::s_DefaultFilter(points);
-    std::vector<ZorvoDSG::Variable> variables;
-    for (const std::string& name : filter.InstanceVariables()) {
-        variables.push_back(points.InstanceVariable(name));
-    }
-    const ZorvoDSG::JSONObjectKeys attributeKeys = ZorvoDSG::Feature::s_AttributeKeys(variables);
-    int64_t cFeatures = 0;
-    int64_t cBytes = 0;
-    for (auto _ : state) {
-        ZorvoDSG::ZorvoJSONBuffer buffer;
-        ZorvoDSG::ZorvoJSONWriter writer(buffer);
-        writer.StartArray();
-        auto cursor = points.Search(filter);
-        auto feature = cursor->CreateEmptyFeature();
-        while (cursor->QueryNext(feature)) {
-            feature->ToZorvoJSON(attributeKeys, writer);
-            ++cFeatures;
-            if (buffer.GetSize() >= ZorvoDSG::ZorvoJSONFeatureSet::kStreamChunk) {
-                cBytes += static_cast<int64_t>(buffer.GetSize());
-                buffer.Clear();
-            }
-        }
-        writer.EndArray();
-        cBytes += static_cast<int64_t>(buffer.GetSize());
-    }
-    state.SetItemsProcessed(cFeatures);
-    state.SetBytesProcessed(cBytes);
-}
-
 BENCHMARK(BM_ProfileCursorScan)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ProfileZorvoJSON)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_PointCursorScan)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_PointFeaturesZorvoJSON)->Unit(benchmark::kMillisecond);
 
 }  // namespace
