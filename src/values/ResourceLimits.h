@@ -13,8 +13,10 @@ namespace ZorvoDSG::System {
 
 // Characters of one fixed-width text value (the last dimension of a char variable).
 inline constexpr uint64_t kMaxStringWidth = uint64_t{1} << 20;
-// Bytes of one block of instance values read at once; wider texts are read in fewer instances a block.
-inline constexpr uint64_t kMaxBlockBytes = uint64_t{16} << 20;
+// Bytes of one block of instance values read at once: wider texts are read in fewer instances a
+// block, so that a search's memory stays near a megabyte a column whatever the widths. A megabyte a
+// library call is far more than its fixed cost needs.
+inline constexpr uint64_t kMaxBlockBytes = uint64_t{1} << 20;
 // Instances of a ragged layout, whose row offsets are kept in memory (8 bytes each).
 inline constexpr uint64_t kMaxRaggedInstances = 50'000'000;
 // Observations of one profile, time series or trajectory, held by its feature at once.
