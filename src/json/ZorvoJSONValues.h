@@ -4,7 +4,6 @@
 // separator, and copies invalid UTF-8 through unchanged. None of these functions throws for any
 // value; only the writer's allocator can fail.
 
-#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -35,27 +34,9 @@ void WriteJSONValue(ZorvoJSONWriter& writer, const System::NcVariant& value);
 // before a value of `type` and returns the buffer, to which the caller then appends the whole
 // value, valid, before its next use of the writer.
 ZorvoJSONBuffer& StartJSONRaw(ZorvoJSONWriter& writer, rapidjson::Type type);
-// Appends JSON text as it is. Inline, and short texts (keys, identifiers, punctuation) are copied
-// by two overlapping words instead of a library call: they are most of a document's copies.
+// Appends JSON text as it is (inline: mostly a few bytes known at compile time).
 inline void AppendJSON(ZorvoJSONBuffer& out, std::string_view json) {
-    const size_t n = json.size();
-    char* to = out.Push(n);
-    const char* from = json.data();
-    if (n >= 8 && n <= 16) {
-        uint64_t head, tail;
-        std::memcpy(&head, from, 8);
-        std::memcpy(&tail, from + n - 8, 8);
-        std::memcpy(to, &head, 8);
-        std::memcpy(to + n - 8, &tail, 8);
-    } else if (n >= 4 && n < 8) {
-        uint32_t head, tail;
-        std::memcpy(&head, from, 4);
-        std::memcpy(&tail, from + n - 4, 4);
-        std::memcpy(to, &head, 4);
-        std::memcpy(to + n - 4, &tail, 4);
-    } else {
-        std::memcpy(to, from, n);
-    }
+    std::memcpy(out.Push(json.size()), json.data(), json.size());
 }
 // Appends the text WriteJSONValue writes for `value`.
 void AppendJSONValue(ZorvoJSONBuffer& out, const System::NcVariant& value);
