@@ -19,19 +19,15 @@ std::string KeyText(std::string_view key) {
 
 JSONObjectKeys::JSONObjectKeys(const std::vector<std::string_view>& keys) {
     JSONKeyGuard guard;
-    m_keys.reserve(keys.size());
+    m_members.reserve(keys.size());
+    size_t cWritten = 0;
     for (const std::string_view key : keys) {
-        m_keys.push_back(guard.bFirst(key) ? KeyText(key) : std::string());
-    }
-    m_members.reserve(m_keys.size());
-    bool bFirstMember = true;
-    for (const std::string& key : m_keys) {
-        if (key.empty()) {
+        if (!guard.bFirst(key)) {
             m_members.emplace_back();
             continue;
         }
-        m_members.push_back((bFirstMember ? "" : ",") + key + ":");
-        bFirstMember = false;
+        m_members.push_back((cWritten == 0 ? "" : ",") + KeyText(key) + ":");
+        ++cWritten;
     }
 }
 
@@ -49,10 +45,6 @@ void JSONObjectKeys::AppendObject(ZorvoJSONBuffer& out, const std::vector<System
         }
     }
     AppendJSON(out, "}");
-}
-
-void JSONObjectKeys::WriteKey(ZorvoJSONWriter& writer, size_t i) const {
-    WriteJSONRaw(writer, m_keys[i], rapidjson::kStringType);
 }
 
 }  // namespace ZorvoDSG

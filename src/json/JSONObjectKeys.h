@@ -16,18 +16,17 @@ class JSONObjectKeys {
 public:
     explicit JSONObjectKeys(const std::vector<std::string_view>& keys);
 
-    size_t Size() const { return m_keys.size(); }
+    size_t Size() const { return m_members.size(); }
     // False for a key that an earlier one repeats: its member is not written.
-    bool bWritten(size_t i) const { return !m_keys[i].empty(); }
-    // Writes key i (which must be written).
-    void WriteKey(ZorvoJSONWriter& writer, size_t i) const;
+    bool bWritten(size_t i) const { return !m_members[i].empty(); }
     // Appends the object whose members are the written keys with the values of the same index (null
-    // for a key past the values), as WriteKey and WriteJSONValue would write it.
+    // for a key past the values), each value as WriteJSONValue writes it.
     void AppendObject(ZorvoJSONBuffer& out, const std::vector<System::NcVariant>& values) const;
 
 private:
-    std::vector<std::string> m_keys;     // JSON text of each key; empty when skipped
-    std::vector<std::string> m_members;  // what precedes each written member's value: `,"key":`
+    // What precedes each written member's value (`,"key":`, the key escaped and valid UTF-8); empty
+    // for a key that is skipped.
+    std::vector<std::string> m_members;
 };
 
 }  // namespace ZorvoDSG
